@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+// Where the wrapper hands each macro line before it touches the device. The recorder decides
+// whether to keep it (0 kept, 1 refused); the wrapper ignores the answer.
+class IMacroRecorder {
+public:
+    virtual ~IMacroRecorder() = default;
+    virtual int32_t AddCommand(QString& cmd) = 0;
+};

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "IMacroRecorder.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <cstdint>
+
+class clsFprtWrapper;
+class QItemSelectionModel;
+class QStringListModel;
+class QTimer;
+
+// The macro: a store of lines, one per device call, that records while stopped and replays
+// line by line through the wrapper. The cursor decides which: -1 records, anything else plays.
+// lstMacroCode is a list model with a selection that the macro panel's view shows; the engine
+// keeps it in step and needs no widgets.
+class clsMacroEngine : public QObject, public IMacroRecorder {
+    Q_OBJECT
+public:
+    static constexpr int32_t StoreSize = 10001;
+    static constexpr int MaxFields = 101;
+    static constexpr int32_t Failure = 111;
+
+    explicit clsMacroEngine(clsFprtWrapper& wrapper, QObject* parent = nullptr);
+    ~clsMacroEngine() override;
+
+    int32_t Construct();
+    int32_t AddCommand(QString& cmd) override;
+    int32_t ProcessMacro(QStringList& lines);
+    void StartSavedMacro();
+    void StopMacro();
+    int32_t PlayLineMacro();
+    bool IsRunningMacro() const;
+    int32_t LoadFromFile(const QString& fileName);
+    int32_t SaveToFile(const QString& fileName);
+    void PopulateListBoxMacro();
+    int32_t SetLineMacro(int16_t& line);
+
+    int32_t LineCount() const { return m_lineCount; }
+    int16_t LineCursor() const { return m_lineCursor; }
+    QString Line(int32_t index) const;
+    QStringList Lines() const;
+
+    QStringListModel* lstMacroCode() const { return m_list; }
+    QItemSelectionModel* lstMacroCodeSelection() const { return m_selection; }
+    QTimer* tmrDelayForMacroCls() const { return m_delayTimer; }
+
+    // Splits a line at every "$" (at most MaxFields fields; the surplus is dropped).
+    static QStringList FieldSplit(const QString& line);
+
+private:
+    int32_t ExecuteLine(QString& line);
+    void SelectListRow(int row);
+
+    clsFprtWrapper& m_wrapper;
+    std::array<QString, StoreSize> m_lineStore;
+    int32_t m_lineCount = 0;
+    int16_t m_lineCursor = -1;
+    QStringListModel* m_list;
+    QItemSelectionModel* m_selection;
+    QTimer* m_delayTimer;
+};
