@@ -54,12 +54,15 @@ public:
 
 private:
     int32_t ExecuteLine(QString& line);
+    void Delay(double ms);
+    void PlaceCursor(int16_t line);
     void SelectListRow(int row);
 
     clsFprtWrapper& m_wrapper;
     std::array<QString, StoreSize> m_lineStore;
     int32_t m_lineCount = 0;
     int16_t m_lineCursor = -1;
+    quint64 m_placements = 0; // counts moves of the cursor by anything but PlayLineMacro
     QStringListModel* m_list;
     QItemSelectionModel* m_selection;
     QTimer* m_delayTimer;
