@@ -108,4 +108,140 @@ inline constexpr int32_t FPTR_EL_BLOCKED = 4;
 // ErrorState
 inline constexpr int32_t FPTR_ES_NONE = 0;
 
+// Power reporting
+inline constexpr int32_t OPOS_PR_NONE = 0;
+inline constexpr int32_t OPOS_PR_STANDARD = 1;
+inline constexpr int32_t OPOS_PN_DISABLED = 0;
+inline constexpr int32_t OPOS_PN_ENABLED = 1;
+inline constexpr int32_t OPOS_PS_UNKNOWN = 2000;
+inline constexpr int32_t OPOS_PS_ONLINE = 2001;
+inline constexpr int32_t OPOS_PS_OFF = 2002;
+inline constexpr int32_t OPOS_PS_OFFLINE = 2003;
+inline constexpr int32_t OPOS_PS_OFF_OFFLINE = 2004;
+inline constexpr int32_t OPOS_SUE_POWER_ONLINE = 2001;
+inline constexpr int32_t OPOS_SUE_POWER_OFF_OFFLINE = 2004;
+
+// ErrorLocus
+inline constexpr int32_t OPOS_EL_OUTPUT = 1;
+
+// CheckHealth levels
+inline constexpr int32_t OPOS_CH_INTERNAL = 1;
+inline constexpr int32_t OPOS_CH_EXTERNAL = 2;
+inline constexpr int32_t OPOS_CH_INTERACTIVE = 3;
+
+// GetData items
+inline constexpr int32_t FPTR_GD_CURRENT_TOTAL = 1;
+inline constexpr int32_t FPTR_GD_DAILY_TOTAL = 2;
+inline constexpr int32_t FPTR_GD_RECEIPT_NUMBER = 3;
+inline constexpr int32_t FPTR_GD_REFUND = 4;
+inline constexpr int32_t FPTR_GD_NOT_PAID = 5;
+inline constexpr int32_t FPTR_GD_MID_VOID = 6;
+inline constexpr int32_t FPTR_GD_Z_REPORT = 7;
+inline constexpr int32_t FPTR_GD_GRAND_TOTAL = 8;
+inline constexpr int32_t FPTR_GD_PRINTER_ID = 9;
+inline constexpr int32_t FPTR_GD_FIRMWARE = 10;
+inline constexpr int32_t FPTR_GD_RESTART = 11;
+inline constexpr int32_t FPTR_GD_REFUND_VOID = 12;
+inline constexpr int32_t FPTR_GD_NUMB_CONFIG_BLOCK = 13;
+inline constexpr int32_t FPTR_GD_NUMB_CURRENCY_BLOCK = 14;
+inline constexpr int32_t FPTR_GD_NUMB_HDR_BLOCK = 15;
+inline constexpr int32_t FPTR_GD_NUMB_RESET_BLOCK = 16;
+inline constexpr int32_t FPTR_GD_NUMB_VAT_BLOCK = 17;
+inline constexpr int32_t FPTR_GD_FISCAL_DOC = 18;
+inline constexpr int32_t FPTR_GD_FISCAL_DOC_VOID = 19;
+inline constexpr int32_t FPTR_GD_FISCAL_REC = 20;
+inline constexpr int32_t FPTR_GD_FISCAL_REC_VOID = 21;
+inline constexpr int32_t FPTR_GD_NONFISCAL_DOC = 22;
+inline constexpr int32_t FPTR_GD_NONFISCAL_DOC_VOID = 23;
+inline constexpr int32_t FPTR_GD_NONFISCAL_REC = 24;
+inline constexpr int32_t FPTR_GD_SIMP_INVOICE = 25;
+inline constexpr int32_t FPTR_GD_TENDER = 26;
+inline constexpr int32_t FPTR_GD_LINECOUNT = 27;
+inline constexpr int32_t FPTR_GD_DESCRIPTION_LENGTH = 28;
+
+// Payment lines (GD_TENDER)
+inline constexpr int32_t FPTR_PDL_CASH = 1;
+inline constexpr int32_t FPTR_PDL_CHEQUE = 2;
+inline constexpr int32_t FPTR_PDL_GIRO = 11;
+inline constexpr int32_t FPTR_PDL_VOUCHER = 22;
+
+// Line counts (GD_LINECOUNT)
+inline constexpr int32_t FPTR_LC_ITEM = 1;
+inline constexpr int32_t FPTR_LC_ITEM_VOID = 2;
+inline constexpr int32_t FPTR_LC_DISCOUNT = 3;
+inline constexpr int32_t FPTR_LC_DISCOUNT_VOID = 4;
+inline constexpr int32_t FPTR_LC_SURCHARGE = 5;
+inline constexpr int32_t FPTR_LC_SURCHARGE_VOID = 6;
+inline constexpr int32_t FPTR_LC_REFUND = 7;
+inline constexpr int32_t FPTR_LC_REFUND_VOID = 8;
+inline constexpr int32_t FPTR_LC_SUBTOTAL_DISCOUNT = 9;
+inline constexpr int32_t FPTR_LC_SUBTOTAL_DISCOUNT_VOID = 10;
+inline constexpr int32_t FPTR_LC_SUBTOTAL_SURCHARGE = 11;
+inline constexpr int32_t FPTR_LC_SUBTOTAL_SURCHARGE_VOID = 12;
+inline constexpr int32_t FPTR_LC_COMMENT = 13;
+inline constexpr int32_t FPTR_LC_SUBTOTAL = 14;
+inline constexpr int32_t FPTR_LC_TOTAL = 15;
+
+// Description lengths (GD_DESCRIPTION_LENGTH)
+inline constexpr int32_t FPTR_DL_ITEM = 1;
+inline constexpr int32_t FPTR_DL_ITEM_ADJUSTMENT = 2;
+inline constexpr int32_t FPTR_DL_ITEM_FUEL = 3;
+inline constexpr int32_t FPTR_DL_ITEM_FUEL_VOID = 4;
+inline constexpr int32_t FPTR_DL_NOT_PAID = 5;
+inline constexpr int32_t FPTR_DL_PACKAGE_ADJUSTMENT = 6;
+inline constexpr int32_t FPTR_DL_REFUND = 7;
+inline constexpr int32_t FPTR_DL_REFUND_VOID = 8;
+inline constexpr int32_t FPTR_DL_SUBTOTAL_ADJUSTMENT = 9;
+inline constexpr int32_t FPTR_DL_TOTAL = 10;
+inline constexpr int32_t FPTR_DL_VOID = 11;
+inline constexpr int32_t FPTR_DL_VOID_ITEM = 12;
+
+// GetTotalizer items
+inline constexpr int32_t FPTR_GT_GROSS = 1;
+inline constexpr int32_t FPTR_GT_NET = 2;
+inline constexpr int32_t FPTR_GT_DISCOUNT = 3;
+inline constexpr int32_t FPTR_GT_DISCOUNT_VOID = 4;
+inline constexpr int32_t FPTR_GT_ITEM = 5;
+inline constexpr int32_t FPTR_GT_ITEM_VOID = 6;
+inline constexpr int32_t FPTR_GT_NOT_PAID = 7;
+inline constexpr int32_t FPTR_GT_REFUND = 8;
+inline constexpr int32_t FPTR_GT_REFUND_VOID = 9;
+inline constexpr int32_t FPTR_GT_SUBTOTAL_DISCOUNT = 10;
+inline constexpr int32_t FPTR_GT_SUBTOTAL_DISCOUNT_VOID = 11;
+inline constexpr int32_t FPTR_GT_SUBTOTAL_SURCHARGES = 12;
+inline constexpr int32_t FPTR_GT_SUBTOTAL_SURCHARGES_VOID = 13;
+inline constexpr int32_t FPTR_GT_SURCHARGE = 14;
+inline constexpr int32_t FPTR_GT_SURCHARGE_VOID = 15;
+inline constexpr int32_t FPTR_GT_VAT = 16;
+inline constexpr int32_t FPTR_GT_VAT_CATEGORY = 17;
+
+// FiscalReceiptType
+inline constexpr int32_t FPTR_RT_CASH_IN = 1;
+inline constexpr int32_t FPTR_RT_CASH_OUT = 2;
+inline constexpr int32_t FPTR_RT_GENERIC = 3;
+inline constexpr int32_t FPTR_RT_SALES = 4;
+inline constexpr int32_t FPTR_RT_SERVICE = 5;
+inline constexpr int32_t FPTR_RT_SIMPLE_INVOICE = 6;
+inline constexpr int32_t FPTR_RT_REFUND = 7;
+
+// PrintReport types
+inline constexpr int32_t FPTR_RT_ORDINAL = 1;
+inline constexpr int32_t FPTR_RT_DATE = 2;
+
+// FiscalReceiptStation
+inline constexpr int32_t FPTR_RS_RECEIPT = 1;
+inline constexpr int32_t FPTR_RS_SLIP = 2;
+
+// DateType
+inline constexpr int32_t FPTR_DT_CONF = 1;
+inline constexpr int32_t FPTR_DT_EOD = 2;
+inline constexpr int32_t FPTR_DT_RESET = 3;
+inline constexpr int32_t FPTR_DT_RTC = 4;
+inline constexpr int32_t FPTR_DT_VAT = 5;
+inline constexpr int32_t FPTR_DT_START = 6;
+
+// CountryCode, ActualCurrency
+inline constexpr int32_t FPTR_CC_ITALY = 8;
+inline constexpr int32_t FPTR_AC_EUR = 3;
+
 } // namespace OposAll
