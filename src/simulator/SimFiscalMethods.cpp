@@ -238,87 +238,74 @@ int32_t SimulatedFiscalPrinter::PrintRecItemVoid(QString& Description, Amount& P
     return Flush();
 }
 
-static int32_t AdjustmentCheck(int32_t type, Amount amount, QString* text) {
+static int32_t AdjustmentCheck(int32_t type, QString* text) {
     if (type < FPTR_AT_AMOUNT_DISCOUNT || type > FPTR_AT_PERCENTAGE_SURCHARGE) {
         *text = QStringLiteral("Unknown adjustment type");
         return OPOS_E_ILLEGAL;
     }
-    Q_UNUSED(amount);
     return 0;
+}
+
+// An item adjustment and its void differ only in the sign they print and in the display, which
+// shows the adjustment but not its cancellation.
+int32_t SimulatedFiscalPrinter::ItemAdjustment(const char* method, int32_t type, const QString& description,
+                                               Amount amount, int32_t vatInfo, bool isVoid) {
+    if (Check(method, kReceipt, kBoth))
+        return m_resultCode;
+    QString why;
+    if (AdjustmentCheck(type, &why))
+        return Result(OPOS_E_ILLEGAL, 0, why);
+    int vat = 0;
+    if (CheckDescription(description) || ResolveVat(vatInfo, &vat))
+        return m_resultCode;
+    Amount applied = 0;
+    if (auto r = m_receipt->AdjustItem(type, sim::RoundToCents(amount), isVoid, &applied))
+        return Refuse(r);
+    const bool discount = type == FPTR_AT_AMOUNT_DISCOUNT || type == FPTR_AT_PERCENTAGE_DISCOUNT;
+    const Amount printed = (discount != isVoid) ? -applied : applied;
+    EmitPreLine();
+    EmitAmountLine(kBoth, isVoid ? QStringLiteral("STORNO ") + description : description, printed);
+    EmitPostLine();
+    if (!isVoid)
+        ShowOnDisplay(description, printed);
+    return Flush();
 }
 
 int32_t SimulatedFiscalPrinter::PrintRecItemAdjustment(int32_t& AdjustmentType, QString& Description,
                                                        Amount& Amount_, int32_t& VatInfo) {
-    if (Check("PrintRecItemAdjustment", kReceipt, kBoth))
-        return m_resultCode;
-    QString why;
-    if (AdjustmentCheck(AdjustmentType, Amount_, &why))
-        return Result(OPOS_E_ILLEGAL, 0, why);
-    int vat = 0;
-    if (CheckDescription(Description) || ResolveVat(VatInfo, &vat))
-        return m_resultCode;
-    Amount applied = 0;
-    if (auto r = m_receipt->AdjustItem(AdjustmentType, sim::RoundToCents(Amount_), false, &applied))
-        return Refuse(r);
-    const bool discount =
-        AdjustmentType == FPTR_AT_AMOUNT_DISCOUNT || AdjustmentType == FPTR_AT_PERCENTAGE_DISCOUNT;
-    EmitPreLine();
-    EmitAmountLine(kBoth, Description, discount ? -applied : applied);
-    EmitPostLine();
-    ShowOnDisplay(Description, discount ? -applied : applied);
-    return Flush();
+    return ItemAdjustment("PrintRecItemAdjustment", AdjustmentType, Description, Amount_, VatInfo, false);
 }
 
 int32_t SimulatedFiscalPrinter::PrintRecItemAdjustmentVoid(int32_t& AdjustmentType, QString& Description,
                                                            Amount& Amount_, int32_t& VatInfo) {
-    if (Check("PrintRecItemAdjustmentVoid", kReceipt, kBoth))
+    return ItemAdjustment("PrintRecItemAdjustmentVoid", AdjustmentType, Description, Amount_, VatInfo, true);
+}
+
+int32_t SimulatedFiscalPrinter::RefundLine(const char* method, const QString& description, Amount amount,
+                                           int32_t vatInfo, bool isVoid) {
+    if (Check(method, kReceipt, kBoth))
         return m_resultCode;
-    QString why;
-    if (AdjustmentCheck(AdjustmentType, Amount_, &why))
-        return Result(OPOS_E_ILLEGAL, 0, why);
     int vat = 0;
-    if (CheckDescription(Description) || ResolveVat(VatInfo, &vat))
+    if (CheckDescription(description) || ResolveVat(vatInfo, &vat))
         return m_resultCode;
-    Amount applied = 0;
-    if (auto r = m_receipt->AdjustItem(AdjustmentType, sim::RoundToCents(Amount_), true, &applied))
+    const Amount rounded = sim::RoundToCents(amount);
+    if (auto r = m_receipt->Refund(vat, rounded, isVoid))
         return Refuse(r);
-    const bool discount =
-        AdjustmentType == FPTR_AT_AMOUNT_DISCOUNT || AdjustmentType == FPTR_AT_PERCENTAGE_DISCOUNT;
     EmitPreLine();
-    EmitAmountLine(kBoth, QStringLiteral("STORNO ") + Description, discount ? applied : -applied);
+    EmitAmountLine(kBoth, (isVoid ? QStringLiteral("STORNO RESO ") : QStringLiteral("RESO ")) + description,
+                   isVoid ? rounded : -rounded);
     EmitPostLine();
+    if (!isVoid)
+        ShowOnDisplay(description, -rounded);
     return Flush();
 }
 
 int32_t SimulatedFiscalPrinter::PrintRecRefund(QString& Description, Amount& Amount_, int32_t& VatInfo) {
-    if (Check("PrintRecRefund", kReceipt, kBoth))
-        return m_resultCode;
-    int vat = 0;
-    if (CheckDescription(Description) || ResolveVat(VatInfo, &vat))
-        return m_resultCode;
-    const Amount amount = sim::RoundToCents(Amount_);
-    if (auto r = m_receipt->Refund(vat, amount, false))
-        return Refuse(r);
-    EmitPreLine();
-    EmitAmountLine(kBoth, QStringLiteral("RESO ") + Description, -amount);
-    EmitPostLine();
-    ShowOnDisplay(Description, -amount);
-    return Flush();
+    return RefundLine("PrintRecRefund", Description, Amount_, VatInfo, false);
 }
 
 int32_t SimulatedFiscalPrinter::PrintRecRefundVoid(QString& Description, Amount& Amount_, int32_t& VatInfo) {
-    if (Check("PrintRecRefundVoid", kReceipt, kBoth))
-        return m_resultCode;
-    int vat = 0;
-    if (CheckDescription(Description) || ResolveVat(VatInfo, &vat))
-        return m_resultCode;
-    const Amount amount = sim::RoundToCents(Amount_);
-    if (auto r = m_receipt->Refund(vat, amount, true))
-        return Refuse(r);
-    EmitPreLine();
-    EmitAmountLine(kBoth, QStringLiteral("STORNO RESO ") + Description, amount);
-    EmitPostLine();
-    return Flush();
+    return RefundLine("PrintRecRefundVoid", Description, Amount_, VatInfo, true);
 }
 
 int32_t SimulatedFiscalPrinter::PrintRecSubtotal(Amount& Amount_) {
@@ -336,7 +323,7 @@ int32_t SimulatedFiscalPrinter::PrintRecSubtotalAdjustment(int32_t& AdjustmentTy
     if (Check("PrintRecSubtotalAdjustment", kReceipt, kBoth))
         return m_resultCode;
     QString why;
-    if (AdjustmentCheck(AdjustmentType, Amount_, &why))
+    if (AdjustmentCheck(AdjustmentType, &why))
         return Result(OPOS_E_ILLEGAL, 0, why);
     if (CheckDescription(Description))
         return m_resultCode;
@@ -356,7 +343,7 @@ int32_t SimulatedFiscalPrinter::PrintRecSubtotalAdjustVoid(int32_t& AdjustmentTy
     if (Check("PrintRecSubtotalAdjustVoid", kReceipt, kBoth))
         return m_resultCode;
     QString why;
-    if (AdjustmentCheck(AdjustmentType, Amount_, &why))
+    if (AdjustmentCheck(AdjustmentType, &why))
         return Result(OPOS_E_ILLEGAL, 0, why);
     Amount applied = 0;
     if (auto r = m_receipt->AdjustSubtotal(AdjustmentType, sim::RoundToCents(Amount_), true, &applied))
