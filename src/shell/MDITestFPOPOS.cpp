@@ -69,6 +69,9 @@ MDITestFPOPOS::MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, QWidget* p
                                   [this] { RebuildDeviceLists(); }});
     ConnectToolbar();
     connect(m_tmrUpdateControls, &QTimer::timeout, m_fiscal, &frmFiscalTicket::MirrorReceiptOptions);
+    // A receipt carries the additional header and trailer typed on the settings panel.
+    m_fiscal->SetAdditionalTextSources([settings = m_settings] { return settings->AdditionalHeaderText(); },
+                                       [settings = m_settings] { return settings->AdditionalTrailerText(); });
 
     // The last step of the load: Settings is the panel on show.
     m_toolbar->optSettings->setChecked(true);

@@ -2,10 +2,13 @@
 #include "ShellLayout.h"
 #include "Tools.h"
 #include "frmApp.h"
+#include "frmFiscalTicket.h"
+#include "frmSettings.h"
 #include "frmStatusBar.h"
 #include "frmToolbar.h"
 
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
@@ -27,6 +30,7 @@ private slots:
     void layoutRelations();
     void layoutRelationsSurviveResize();
     void closingMakesNoDeviceCall();
+    void receiptTakesHeaderAndTrailerFromSettings();
 };
 
 void StartupTest::titleIsCaptionAndVersion() {
@@ -203,6 +207,20 @@ void StartupTest::closingMakesNoDeviceCall() {
     QCOMPARE(bench.printer->calls.size(), calls);
     QCOMPARE(bench.LogMark(), lines);
     QVERIFY(bench.window->Log()->isHidden());
+}
+
+void StartupTest::receiptTakesHeaderAndTrailerFromSettings() {
+    ShellBench bench;
+    bench.window->Settings()->txtAdditionalHeader->setPlainText(QStringLiteral("[ESC]|cAWelcome"));
+    bench.window->Settings()->txtAdditionalTrailer->setPlainText(QStringLiteral("Goodbye"));
+    bench.window->FiscalTicket()->cmdBeginFiscRecpt->click();
+    bench.window->FiscalTicket()->cmdEndFiscRcpt->click();
+    const auto header = bench.printer->CallsOf(QStringLiteral("SetAdditionalHeader"));
+    const auto trailer = bench.printer->CallsOf(QStringLiteral("SetAdditionalTrailer"));
+    QCOMPARE(header.size(), 1);
+    QCOMPARE(header.first().args.first().toString(), QString(QChar(27)) + QStringLiteral("|cAWelcome"));
+    QCOMPARE(trailer.size(), 1);
+    QCOMPARE(trailer.first().args.first().toString(), QStringLiteral("Goodbye"));
 }
 
 QTEST_MAIN(StartupTest)
