@@ -203,18 +203,7 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
             return wrongState("Printer not in monitor state");
         if (physical(FPTR_S_JOURNAL_RECEIPT))
             return m_resultCode;
-        m_receipt.emplace(m_vatRates, FPTR_RT_REFUND);
-        m_receiptVoided = false;
-        m_creditNoteNumber = text;
-        m_docLines.clear();
-        m_docPrinted.clear();
-        if (!m_training) {
-            const auto& c = m_memory->DayCounters();
-            m_receiptNumber = c.fiscalReceipts + c.voidedReceipts + c.creditNotes + 1;
-            m_dayOpened = true;
-        }
-        PrintReceiptHead();
-        EnterState(FPTR_PS_FISCAL_RECEIPT);
+        StartReceipt(FPTR_RT_REFUND, text); // printed at once: DirectIO is never queued
         return Ok();
     case DIRECTIO_FPTR_CREDITNOTE_END:
         if (EffectivePrinterState() != FPTR_PS_FISCAL_RECEIPT_ENDING || !m_receipt ||

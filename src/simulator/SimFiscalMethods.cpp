@@ -79,6 +79,11 @@ void SimulatedFiscalPrinter::PrintReceiptHead() {
 }
 
 int32_t SimulatedFiscalPrinter::BeginReceiptOfType(int32_t type, const QString& creditNoteNumber) {
+    StartReceipt(type, creditNoteNumber);
+    return Flush();
+}
+
+void SimulatedFiscalPrinter::StartReceipt(int32_t type, const QString& creditNoteNumber) {
     m_receipt.emplace(m_vatRates, type);
     m_receiptVoided = false;
     m_creditNoteNumber = creditNoteNumber;
@@ -91,7 +96,6 @@ int32_t SimulatedFiscalPrinter::BeginReceiptOfType(int32_t type, const QString& 
     }
     PrintReceiptHead();
     EnterState(FPTR_PS_FISCAL_RECEIPT);
-    return Flush();
 }
 
 int32_t SimulatedFiscalPrinter::BeginFiscalReceipt(bool& PrintHeader) {

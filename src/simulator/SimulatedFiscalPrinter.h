@@ -192,6 +192,8 @@ private:
     QString TenderName(int tender) const;
     bool ParseDate(const QString& text, QDateTime* out) const;
     int32_t BeginReceiptOfType(int32_t type, const QString& creditNoteNumber);
+    // Opens a receipt of `type` on paper and in the printer state, without queueing anything.
+    void StartReceipt(int32_t type, const QString& creditNoteNumber);
     int32_t EndReceipt();
     void ShowOnDisplay(const QString& top, Amount amount);
 
