@@ -3,34 +3,37 @@
 #include "MDITestFPOPOS.h"
 #include "ScriptedPrinter.h"
 #include "Seams.h"
+#include "Tools.h"
 #include "clsMacroEngine.h"
+#include "frmApp.h"
 #include "frmLog.h"
+#include "frmStatusBar.h"
+#include "frmToolbar.h"
 
-#include <QStringList>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+#include <QtTest>
 
 #include <memory>
 
-// The real main window over a scripted control, with message boxes and pickers answered and
-// recorded instead of shown.
+// The real main window over a scripted control; message boxes and the save picker are recorded.
 struct ShellBench {
     struct Box {
         QString text;
         MsgButtons buttons;
         QString title;
+        qsizetype logAt; // log lines when the box came up
     };
 
     ScriptedPrinter* printer = nullptr;
     std::unique_ptr<MDITestFPOPOS> window;
     QList<Box> boxes;
     MsgResult answer = MsgResult::Ok;
-
-    struct PickerCall {
-        QString filter;
-        QString title;
-        QString folder;
-    };
-    QList<PickerCall> saveCalls;
-    QString savePath; // what the save picker answers
+    QList<QStringList> saveCalls; // filter, title, folder
+    QString savePath;             // what the save picker answers
 
     // `prepare` sets up the control before the window's load runs.
     template <typename Prepare> explicit ShellBench(Prepare prepare) {
@@ -38,18 +41,8 @@ struct ShellBench {
         printer = control.get();
         prepare(*printer);
         window = std::make_unique<MDITestFPOPOS>(std::move(control));
-        InstallHandlers();
-    }
-    ShellBench() : ShellBench([](ScriptedPrinter&) {}) {}
-    ~ShellBench() {
-        window.reset();
-        SetMessageBoxHandler({});
-        SetFilePickerHandlers({});
-    }
-
-    void InstallHandlers() {
         SetMessageBoxHandler([this](const QString& text, MsgButtons buttons, const QString& title) {
-            boxes.append({text, buttons, title});
+            boxes.append({text, buttons, title, LogMark()});
             return answer;
         });
         FilePickerHandlers pickers;
@@ -58,11 +51,13 @@ struct ShellBench {
             saveCalls.append({filter, title, folder});
             return savePath;
         };
-        pickers.pickOpenFile = [](QWidget*, const QString&, const QString&, const QString&) {
-            return QString();
-        };
-        pickers.pickFolder = [](const QString&, QWidget*, const QString&) { return QString(); };
         SetFilePickerHandlers(pickers);
+    }
+    ShellBench() : ShellBench([](ScriptedPrinter& p) { p.Set(Prop::State, 2); }) {}
+    ~ShellBench() {
+        window.reset();
+        SetMessageBoxHandler({});
+        SetFilePickerHandlers({});
     }
 
     QStringList LogLines() const {
@@ -73,9 +68,13 @@ struct ShellBench {
     }
     qsizetype LogMark() const { return window->Log()->LineCount(); }
     QStringList LogSince(qsizetype mark) const { return LogLines().mid(mark); }
-
     QStringList MacroLines() const { return window->MacroEngine().Lines(); }
-    QStringList MacroSince(qsizetype mark) const { return MacroLines().mid(mark); }
-    // Names of the control's methods and writes since the mark.
-    QStringList CallsSince(qsizetype mark) const { return printer->CallNames().mid(mark); }
+    QStringList VisiblePanels() const {
+        QStringList names;
+        for (int p = 0; p < frmToolbar::PanelCount; ++p)
+            if (QWidget* each = window->Panel(static_cast<frmToolbar::Panel>(p));
+                each->isVisibleTo(window.get()))
+                names.append(each->objectName());
+        return names;
+    }
 };
