@@ -26,9 +26,6 @@ class CollectingSink : public ILogSink {
 public:
     CollectingSink() : m_previous(SetLogSink(this)) {}
     ~CollectingSink() override { SetLogSink(m_previous); }
-    CollectingSink(const CollectingSink&) = delete;
-    CollectingSink& operator=(const CollectingSink&) = delete;
-
     void AppendLogLine(const QString& line) override {
         if (onAppend)
             onAppend();
@@ -46,8 +43,6 @@ class LocaleScope {
 public:
     explicit LocaleScope(const QLocale& locale) : m_previous(QLocale()) { QLocale::setDefault(locale); }
     ~LocaleScope() { QLocale::setDefault(m_previous); }
-    LocaleScope(const LocaleScope&) = delete;
-    LocaleScope& operator=(const LocaleScope&) = delete;
 
 private:
     QLocale m_previous;

@@ -1,7 +1,6 @@
 #include "MacroRunner.h"
 #include "SimulatedFiscalPrinter.h"
 
-#include <QTextStream>
 #include <QtTest>
 
 // The sample macro makes one complete receipt on the simulated printer.
@@ -11,19 +10,15 @@ class tst_RunnerSimulator : public QObject {
 private slots:
     void sampleReceiptRunsClean() {
         SimulatedFiscalPrinter device;
-        QString out;
-        QString err;
-        QTextStream o(&out);
-        QTextStream e(&err);
+        QString out, err;
+        QTextStream o(&out), e(&err);
         const int status = RunnerMain({"fpubench-run", "--open", "--stop-on-error",
                                        QStringLiteral(FPU_EXAMPLES_DIR "/receipt.oposcmd")},
                                       device, o, e);
-        QVERIFY2(status == 0, qPrintable(out + err));
-        QVERIFY2(err.isEmpty(), qPrintable(err));
+        QVERIFY2(status == 0 && err.isEmpty(), qPrintable(out + err));
         QVERIFY(out.contains("EndFiscalReceipt(, 0)     -> OposSuccess(0)"));
         QVERIFY(!out.contains("OposE"));
-        // The receipt is closed: the printer is back in its monitor state.
-        QCOMPARE(device.PrinterState(), 1);
+        QCOMPARE(device.PrinterState(), 1); // the receipt is closed: back in the monitor state
     }
 };
 
