@@ -7,7 +7,14 @@
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QStringList>
+#include <QTest>
+
+#include <memory>
 
 // The real wrapper and macro engine over a scripted control, with the status refresh and the
 // message boxes replaced by recorders.
@@ -28,24 +35,32 @@ struct PanelBench {
             return MsgResult::Ok;
         });
     }
-    ~PanelBench() {
-        SetMessageBoxHandler({});
-        wrapper.SetRecorder(nullptr);
-    }
-    PanelBench(const PanelBench&) = delete;
-    PanelBench& operator=(const PanelBench&) = delete;
-
+    ~PanelBench() { SetMessageBoxHandler({}); }
     // As the status bar does it: a failure shows the "ERRORS: " box.
     void Refresh() {
         ++refreshes;
-        const int32_t code = printer.ResultCode();
-        if (code != 0)
+        if (const int32_t code = printer.ResultCode())
             ShowMessage(QStringLiteral("ERRORS: ") + Tools::ResultCodeName(code));
     }
-
+    // Calls of `method` answer `result` and hand back `value` in argument `at`.
+    void Answer(const char* method, int at, const QVariant& value, int32_t result = 0) {
+        printer.handlers[QLatin1StringView(method)] = [=](QVariantList& a) {
+            a[at] = value;
+            return result;
+        };
+    }
     int ErrorBoxes() const { return int(messages.filter(QStringLiteral("ERRORS: ")).size()); }
     QStringList MacroLines() const { return macro.Lines(); }
     static QStringList Log() { return DefaultLogLines(); }
+    static QStringList Words(const char* text) { return QString::fromLatin1(text).split(u' '); }
     // The method calls and property writes that reached the control, writes as "Set<Name>".
     QStringList Calls() const { return printer.CallNames(); }
+    QList<ScriptedPrinter::Call> CallsOf(const char* name) const {
+        return printer.CallsOf(QLatin1StringView(name));
+    }
+    // Argument `i` of the last call of `name`.
+    QVariant Arg(const char* name, int i) const {
+        const auto calls = CallsOf(name);
+        return calls.isEmpty() ? QVariant() : calls.last().args.value(i);
+    }
 };
