@@ -194,17 +194,25 @@ int32_t SimulatedFiscalPrinter::EndFiscalReceipt(bool& PrintHeader) {
     return EndReceipt();
 }
 
+// The arguments an item line and its void share; sets the result and answers non-zero on the first bad one.
+int32_t SimulatedFiscalPrinter::CheckItemArguments(const QString& description, int32_t vatInfo,
+                                                   int32_t quantity, Amount unitPrice, int* vat) {
+    if (CheckDescription(description) || ResolveVat(vatInfo, vat))
+        return m_resultCode;
+    if (quantity < 0)
+        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_ITEM_QUANTITY, QStringLiteral("Bad quantity"));
+    if (unitPrice < 0)
+        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_PRICE, QStringLiteral("Bad price"));
+    return 0;
+}
+
 int32_t SimulatedFiscalPrinter::PrintRecItem(QString& Description, Amount& Price, int32_t& Quantity,
                                              int32_t& VatInfo, Amount& UnitPrice, QString& UnitName) {
     if (Check("PrintRecItem", kReceipt, kBoth))
         return m_resultCode;
     int vat = 0;
-    if (CheckDescription(Description) || ResolveVat(VatInfo, &vat))
+    if (CheckItemArguments(Description, VatInfo, Quantity, UnitPrice, &vat))
         return m_resultCode;
-    if (Quantity < 0)
-        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_ITEM_QUANTITY, QStringLiteral("Bad quantity"));
-    if (UnitPrice < 0)
-        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_PRICE, QStringLiteral("Bad price"));
     const Amount price = sim::RoundToCents(Price);
     if (auto r = m_receipt->AddItem(vat, price))
         return Refuse(r);
@@ -226,12 +234,8 @@ int32_t SimulatedFiscalPrinter::PrintRecItemVoid(QString& Description, Amount& P
     if (Check("PrintRecItemVoid", kReceipt, kBoth))
         return m_resultCode;
     int vat = 0;
-    if (CheckDescription(Description) || ResolveVat(VatInfo, &vat))
+    if (CheckItemArguments(Description, VatInfo, Quantity, UnitPrice, &vat))
         return m_resultCode;
-    if (Quantity < 0)
-        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_ITEM_QUANTITY, QStringLiteral("Bad quantity"));
-    if (UnitPrice < 0)
-        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_PRICE, QStringLiteral("Bad price"));
     const Amount price = sim::RoundToCents(Price);
     if (auto r = m_receipt->VoidItem(vat, price))
         return Refuse(r);

@@ -155,6 +155,8 @@ private:
     std::optional<sim::Refusal> PhysicalFault(int stations) const;
     int32_t ResolveVat(int32_t vatInfo, int* rate);
     int32_t CheckDescription(const QString& text);
+    int32_t CheckItemArguments(const QString& description, int32_t vatInfo, int32_t quantity,
+                               Amount unitPrice, int* vat);
     int32_t ItemAdjustment(const char* method, int32_t type, const QString& description, Amount amount,
                            int32_t vatInfo, bool isVoid);
     int32_t RefundLine(const char* method, const QString& description, Amount amount, int32_t vatInfo,
