@@ -7,11 +7,7 @@
 
 Q_LOGGING_CATEGORY(lcOposLog, "opos.log")
 
-namespace {
-
-MsgResult DefaultMessageBox(const QString& text, MsgButtons buttons, const QString&) {
-    std::fprintf(stderr, "message: %s\n", text.toLocal8Bit().constData());
-    std::fflush(stderr);
+MsgResult UnattendedAnswer(MsgButtons buttons) {
     switch (buttons) {
     case MsgButtons::RetryCancel:
         return MsgResult::Cancel;
@@ -22,6 +18,14 @@ MsgResult DefaultMessageBox(const QString& text, MsgButtons buttons, const QStri
         break;
     }
     return MsgResult::Ok;
+}
+
+namespace {
+
+MsgResult DefaultMessageBox(const QString& text, MsgButtons buttons, const QString&) {
+    std::fprintf(stderr, "message: %s\n", text.toLocal8Bit().constData());
+    std::fflush(stderr);
+    return UnattendedAnswer(buttons);
 }
 
 MessageBoxHandler& MessageBoxSlot() {

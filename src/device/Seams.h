@@ -17,7 +17,8 @@ enum class MsgResult { Ok, Cancel, Retry, Yes, No };
 // Title of a box that has none of its own.
 inline const QString ProgramTitle = QStringLiteral("ZorvaneFPUTest");
 
-using MessageBoxHandler = std::function<MsgResult(const QString& text, MsgButtons buttons, const QString& title)>;
+using MessageBoxHandler =
+    std::function<MsgResult(const QString& text, MsgButtons buttons, const QString& title)>;
 
 // Shows a modal message box and returns the button chosen. An empty title becomes ProgramTitle.
 // Without a handler the text goes to standard error as "message: TEXT" and the answer is
@@ -25,20 +26,27 @@ using MessageBoxHandler = std::function<MsgResult(const QString& text, MsgButton
 MsgResult ShowMessage(const QString& text, MsgButtons buttons = MsgButtons::Ok, const QString& title = {});
 // Installs a handler (an empty one restores the default) and returns the previous one.
 MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler);
+// What a box is answered with when nobody is there to answer: Ok, or Cancel / No where the box
+// has no Ok.
+MsgResult UnattendedAnswer(MsgButtons buttons);
 
 // File and folder pickers. Each returns the chosen path or the empty text.
 struct FilePickerHandlers {
     std::function<QString(const QString& startFolder, QWidget* owner, const QString& title)> pickFolder;
-    std::function<QString(QWidget* owner, const QString& filter, const QString& title, const QString& initialFolder)>
+    std::function<QString(QWidget* owner, const QString& filter, const QString& title,
+                          const QString& initialFolder)>
         pickOpenFile;
-    std::function<QString(QWidget* owner, const QString& filter, const QString& title, const QString& initialFolder)>
+    std::function<QString(QWidget* owner, const QString& filter, const QString& title,
+                          const QString& initialFolder)>
         pickSaveFile;
 };
 FilePickerHandlers SetFilePickerHandlers(FilePickerHandlers handlers);
 
 QString PickFolder(const QString& startFolder, QWidget* owner, const QString& title);
-QString PickOpenFile(QWidget* owner, const QString& filter, const QString& title, const QString& initialFolder);
-QString PickSaveFile(QWidget* owner, const QString& filter, const QString& title, const QString& initialFolder);
+QString PickOpenFile(QWidget* owner, const QString& filter, const QString& title,
+                     const QString& initialFolder);
+QString PickSaveFile(QWidget* owner, const QString& filter, const QString& title,
+                     const QString& initialFolder);
 
 // Where the log's lines go: the log window once it exists, a console in programs without
 // windows. The line has no line end of its own.

@@ -49,16 +49,10 @@ public:
             [&err, errorResponse](const QString& text, MsgButtons buttons, const QString&) {
                 err << "message: " << text << '\n';
                 err.flush();
-                switch (buttons) {
-                case MsgButtons::RetryCancel:
-                    return errorResponse == 11 ? MsgResult::Retry : MsgResult::Cancel;
-                case MsgButtons::YesNo:
-                    return MsgResult::No;
-                case MsgButtons::Ok:
-                case MsgButtons::OkCancel:
-                    break;
-                }
-                return MsgResult::Ok;
+                // The error event's Retry/Cancel box is answered as the command line asked.
+                if (buttons == MsgButtons::RetryCancel && errorResponse == 11)
+                    return MsgResult::Retry;
+                return UnattendedAnswer(buttons);
             });
         m_previousDebug = SetDebugOutputHandler([](const QString&) {});
     }
