@@ -3,13 +3,18 @@
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 #include "frmFiscalTicket.h"
+#include "frmProperties.h"
+#include "frmReports.h"
 #include "frmSettings.h"
 
 #include <QComboBox>
+#include <QFocusEvent>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 
@@ -78,6 +83,50 @@ private slots:
         QVERIFY(macro.Lines().contains(QStringLiteral("F_PrintRecItem$Articolo test 1$1.50$0$1$0.00$Kg")));
         QVERIFY(macro.Lines().contains(QStringLiteral("F_PrintRecTotal$3.75$3.75$0")));
         QCOMPARE(macro.Lines().count(QStringLiteral("F_GetData$1$0")), 3); // begin and the two items
+    }
+
+    void vatChangeReportsAndPropertiesByHand() {
+        SimulatedFiscalPrinter printer;
+        clsFprtWrapper wrapper{printer};
+        clsMacroEngine macro{wrapper};
+        QList<int32_t> results;
+        PanelContext ctx{printer, wrapper, macro, [&] { results.append(printer.ResultCode()); }};
+        frmSettings settings(ctx);
+        frmReports reports(ctx);
+        frmProperties properties(ctx);
+        wrapper.WOpen(QStringLiteral("ZorvaneFPU"));
+        wrapper.ClaimDevice(2000);
+        wrapper.SetDeviceEnabled(true);
+        QCOMPARE(printer.ResultCode(), 0);
+
+        // Rate 3 from 5 % to 7 %: read the table, edit the row, write it back.
+        settings.cmdGetVatRate->click();
+        QCOMPARE(settings.lstVatRates->count(), 8);
+        QCOMPARE(settings.lstVatRates->item(2)->text(), QStringLiteral("5"));
+        settings.lstVatRates->setCurrentRow(2);
+        settings.txtVatRate->setText(QStringLiteral("7"));
+        QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+        QCoreApplication::sendEvent(settings.txtVatRate, &out);
+        settings.cmdSetVatRates->click();
+        int32_t rate = 0;
+        wrapper.GetVatEntry(3, 0, rate);
+        QCOMPARE(rate, 700);
+
+        reports.cmdXReport->click();
+        reports.cmdZReport->click();
+        QCOMPARE(results.count(0), results.size());
+        QCOMPARE(printer.PrinterState(), 1);
+
+        properties.cmdReadProps->click();
+        QTableWidget* grid = properties.flexProperties;
+        QCOMPARE(grid->rowCount(), 121);
+        QHash<QString, QString> shown;
+        for (int row = 0; row < grid->rowCount(); ++row)
+            if (grid->item(row, 0) && grid->item(row, 1))
+                shown.insert(grid->item(row, 0)->text(), grid->item(row, 1)->text());
+        QCOMPARE(shown.value(QStringLiteral("DeviceName")), QStringLiteral("ZorvaneFPU"));
+        QCOMPARE(shown.value(QStringLiteral("NumVatRates")), QStringLiteral(" 8"));
+        QCOMPARE(shown.value(QStringLiteral("DeviceEnabled")), QStringLiteral("True"));
     }
 };
 
