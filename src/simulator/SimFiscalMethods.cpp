@@ -909,28 +909,16 @@ int32_t SimulatedFiscalPrinter::CheckHealth(int32_t& Level) {
 }
 
 int32_t SimulatedFiscalPrinter::ClearOutput() {
-    m_out.clear();
-    if (ConsumeFailure(QStringLiteral("ClearOutput")))
+    if (CheckSession("ClearOutput", Session::Claimed))
         return m_resultCode;
-    if (!m_open)
-        return Result(OPOS_E_CLOSED, 0, QStringLiteral("Device closed"));
-    if (!m_claimed)
-        return Result(OPOS_E_NOTCLAIMED, 0, QStringLiteral("Device not claimed"));
     ClearQueue();
     emit changed();
     return Ok();
 }
 
 int32_t SimulatedFiscalPrinter::ClearError() {
-    m_out.clear();
-    if (ConsumeFailure(QStringLiteral("ClearError")))
+    if (CheckSession("ClearError", Session::Enabled))
         return m_resultCode;
-    if (!m_open)
-        return Result(OPOS_E_CLOSED, 0, QStringLiteral("Device closed"));
-    if (!m_claimed)
-        return Result(OPOS_E_NOTCLAIMED, 0, QStringLiteral("Device not claimed"));
-    if (!m_enabled)
-        return Result(OPOS_E_DISABLED, 0, QStringLiteral("Device not enabled"));
     if (m_inError)
         ClearQueue();
     m_errorLevel = FPTR_EL_NONE;

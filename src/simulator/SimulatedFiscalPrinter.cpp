@@ -79,17 +79,23 @@ int32_t SimulatedFiscalPrinter::EffectivePrinterState() const {
     return m_printerState;
 }
 
-int32_t SimulatedFiscalPrinter::Check(const char* method, unsigned legalStates, int stations,
-                                      bool dayMustBeClosed, bool capable) {
+int32_t SimulatedFiscalPrinter::CheckSession(const char* method, Session need) {
     m_out.clear();
     if (ConsumeFailure(QString::fromLatin1(method)))
         return m_resultCode;
     if (!m_open)
         return Result(OPOS_E_CLOSED, 0, QStringLiteral("Device closed"));
-    if (!m_claimed)
+    if (need != Session::Open && !m_claimed)
         return Result(OPOS_E_NOTCLAIMED, 0, QStringLiteral("Device not claimed"));
-    if (!m_enabled)
+    if (need == Session::Enabled && !m_enabled)
         return Result(OPOS_E_DISABLED, 0, QStringLiteral("Device not enabled"));
+    return 0;
+}
+
+int32_t SimulatedFiscalPrinter::Check(const char* method, unsigned legalStates, int stations,
+                                      bool dayMustBeClosed, bool capable) {
+    if (CheckSession(method, Session::Enabled))
+        return m_resultCode;
     if (m_offline || m_powerOff)
         return Result(OPOS_E_OFFLINE, 0, QStringLiteral("Printer offline"));
     if (!capable)
@@ -457,11 +463,8 @@ int32_t SimulatedFiscalPrinter::Open(QString& DeviceName) {
 }
 
 int32_t SimulatedFiscalPrinter::Close() {
-    m_out.clear();
-    if (ConsumeFailure(QStringLiteral("Close")))
+    if (CheckSession("Close", Session::Open))
         return m_resultCode;
-    if (!m_open)
-        return Result(OPOS_E_CLOSED, 0, QStringLiteral("Device closed"));
     if (m_claimed)
         ReleaseDevice();
     ClearQueue();
@@ -472,11 +475,8 @@ int32_t SimulatedFiscalPrinter::Close() {
 }
 
 int32_t SimulatedFiscalPrinter::ClaimDevice(int32_t& Timeout) {
-    m_out.clear();
-    if (ConsumeFailure(QStringLiteral("ClaimDevice")))
+    if (CheckSession("ClaimDevice", Session::Open))
         return m_resultCode;
-    if (!m_open)
-        return Result(OPOS_E_CLOSED, 0, QStringLiteral("Device closed"));
     if (m_claimed)
         return Ok();
     if (Timeout < -1)
@@ -487,11 +487,8 @@ int32_t SimulatedFiscalPrinter::ClaimDevice(int32_t& Timeout) {
 }
 
 int32_t SimulatedFiscalPrinter::ReleaseDevice() {
-    m_out.clear();
-    if (ConsumeFailure(QStringLiteral("ReleaseDevice")))
+    if (CheckSession("ReleaseDevice", Session::Open))
         return m_resultCode;
-    if (!m_open)
-        return Result(OPOS_E_CLOSED, 0, QStringLiteral("Device closed"));
     if (!m_claimed)
         return Result(OPOS_E_ILLEGAL, 0, QStringLiteral("Device not claimed"));
     if (m_enabled) {

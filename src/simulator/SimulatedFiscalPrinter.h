@@ -155,6 +155,10 @@ private:
     std::optional<sim::Refusal> PhysicalFault(int stations) const;
     int32_t ResolveVat(int32_t vatInfo, int* rate);
     int32_t CheckDescription(const QString& text);
+    // The first checks of every call: an injected failure, then closed (101), not claimed (103) and
+    // not enabled (105), as far as `need` goes. Clears the output of the previous call.
+    enum class Session { Open, Claimed, Enabled };
+    int32_t CheckSession(const char* method, Session need);
     int32_t CheckItemArguments(const QString& description, int32_t vatInfo, int32_t quantity,
                                Amount unitPrice, int* vat);
     int32_t ItemAdjustment(const char* method, int32_t type, const QString& description, Amount amount,
