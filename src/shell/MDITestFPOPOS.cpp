@@ -8,6 +8,8 @@
 #include "clsMacroEngine.h"
 #include "clsStatusRefresh.h"
 #include "frmApp.h"
+#include "frmDirectIO.h"
+#include "frmEscSequences.h"
 #include "frmFiscalTicket.h"
 #include "frmLog.h"
 #include "frmNonFiscal.h"
@@ -68,6 +70,10 @@ MDITestFPOPOS::MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, QWidget* p
         clsDeviceLifecycle::Hooks{[this] { return m_logo.lblSOName; }, [this] { RefreshAfterCommand(); },
                                   [this] { RebuildDeviceLists(); }});
     ConnectToolbar();
+    SetEscSequencesOpener([](QWidget* owner) {
+        frmEscSequences generator(owner);
+        generator.exec();
+    });
     connect(m_tmrUpdateControls, &QTimer::timeout, m_fiscal, &frmFiscalTicket::MirrorReceiptOptions);
     // A receipt carries the additional header and trailer typed on the settings panel.
     m_fiscal->SetAdditionalTextSources([settings = m_settings] { return settings->AdditionalHeaderText(); },
@@ -105,7 +111,7 @@ void MDITestFPOPOS::BuildLayout() {
     m_fiscal = new frmFiscalTicket(*m_ctx, this);
     m_nonFiscal = new frmNonFiscal(*m_ctx, this);
     m_reports = new frmReports(*m_ctx, this);
-    QWidget* directIO = Placeholder("frmDirectIO", this);
+    QWidget* directIO = new frmDirectIO(*m_ctx, m_logo.lblSOName, this);
     m_properties = new frmProperties(*m_ctx, this);
     QWidget* autoTests = Placeholder("frmAutoTests", this);
     QWidget* macro = Placeholder("frmMacro", this);
