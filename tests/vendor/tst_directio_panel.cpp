@@ -1,0 +1,615 @@
+#include "BitmapFileBrowser.h"
+#include "DirectIODisplayTab.h"
+#include "DirectIOGenericTab.h"
+#include "DirectIOPrinterTab.h"
+#include "DirectIOReportsTab.h"
+#include "DirectIOSettingsTab.h"
+#include "PanelBench.h"
+#include "frmDirectIO.h"
+#include "frmEscSequences.h"
+#include "frmPrintMode.h"
+#include "frmShowMode.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDate>
+#include <QImage>
+#include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QTemporaryDir>
+
+#include <initializer_list>
+
+namespace {
+
+// One press of a panel button. Edits are "field=value" separated by ";", a list takes "#row";
+// command 0 means that nothing may reach the control. Expected values are worked out by hand.
+struct Action {
+    const char* tag;
+    const char* button;
+    const char* edits;
+    int32_t command;
+    std::initializer_list<int32_t> data; // leading elements; the rest are 0
+    const char* text;
+};
+
+const Action kActions[] = {
+    // DirectIO - Generic
+    {"open drawer", "cmdDirOpenDrawer", "", 1000, {}, ""},
+    {"get drawer", "cmdDirGetDrawer", "", 1001, {}, ""},
+    {"reset totalizers, empty text", "cmdResetTotalizers", "", 1600, {}, ""},
+    {"reset totalizers with text",
+     "cmdResetTotalizers",
+     "txtAdditionalResetTotalizers=Chiusura cassa",
+     1600,
+     {},
+     "Chiusura cassa"},
+    {"polling time", "cmdSetPollingTime", "", 9003, {1, 1000, -1, -1}, ""},
+    {"polling time, largest", "cmdSetPollingTime", "txtPollingTime=32767", 9003, {1, 32767, -1, -1}, ""},
+    {"polling time, half to even", "cmdSetPollingTime", "txtPollingTime=150.5", 9003, {1, 150, -1, -1}, ""},
+    {"polling time beyond 16 bits", "cmdSetPollingTime", "txtPollingTime=32768", 0, {}, ""},
+    {"polling time, letters", "cmdSetPollingTime", "txtPollingTime=abc", 0, {}, ""},
+    {"polling time, empty", "cmdSetPollingTime", "txtPollingTime=", 0, {}, ""},
+    {"simulate keys", "cmdSimKb", "", 9000, {}, "49,48,48,65,102"},
+    {"simulate keys, unparsed", "cmdSimKb", "txtSimKeys=1,,x", 9000, {}, "1,,x"},
+    {"virtual ticket", "cmd_Debug_Test", "", 9002, {}, ""},
+    // Settings
+    {"read links", "cmdDirectGetLinkToDepartment", "", 9001, {0}, ""},
+    {"write links", "cmdDirectSetLinkToDepartment", "", 9001, {1}, "1A,2B"},
+    {"write links, unparsed", "cmdDirectSetLinkToDepartment", "txtDeptVatLinks=1A,,9Z", 9001, {1}, "1A,,9Z"},
+    // DirectIO - Reports
+    {"X report", "cmdDirReportZ", "", 1501, {0}, "reportZ.txt"},
+    {"X report, rewrite",
+     "cmdDirReportZ",
+     "cbDirReportZFileMode=#1;txtDirReportZFile=../up.txt",
+     1501,
+     {1},
+     "../up.txt"},
+    {"EJ report", "cmdDirReportEJ", "", 1500, {0, 0, 0, 20071212, 20071212, 1, 1}, "reportEJ.txt"},
+    {"EJ report, lists from 0",
+     "cmdDirReportEJ",
+     "cbDirReportFileMode=#2;cbDirReportEJMode=#3;cbDirReportEJType=#4",
+     1500,
+     {2, 3, 4, 20071212, 20071212, 1, 1},
+     "reportEJ.txt"},
+    {"EJ dates, half days to even",
+     "cmdDirReportEJ",
+     "txtDirReportEJStartDatD=31.5;txtDirReportEJEndDateD=30.5",
+     1500,
+     {0, 0, 0, 20071232, 20071230, 1, 1},
+     "reportEJ.txt"},
+    {"EJ dates, summed before rounding",
+     "cmdDirReportEJ",
+     "txtDirReportEJStartDateM=12.5;txtDirReportEJStartDatD=3",
+     1500,
+     {0, 0, 0, 20071253, 20071212, 1, 1},
+     "reportEJ.txt"},
+    {"EJ dates, month carries",
+     "cmdDirReportEJ",
+     "txtDirReportEJStartDateM=100;txtDirReportEJEndDateM=13",
+     1500,
+     {0, 0, 0, 20080012, 20071312, 1, 1},
+     "reportEJ.txt"},
+    {"EJ dates without numbers",
+     "cmdDirReportEJ",
+     "txtDirReportEJStartDateY=;txtDirReportEJStartDateM=x;txtDirReportEJStartDatD=5abc",
+     1500,
+     {0, 0, 0, 5, 20071212, 1, 1},
+     "reportEJ.txt"},
+    {"EJ numbers, leading digits and hexadecimal",
+     "cmdDirReportEJ",
+     "txtDirReportEJStartNum=12abc;txtDirReportEJEndNum=&H10",
+     1500,
+     {0, 0, 0, 20071212, 20071212, 12, 16},
+     "reportEJ.txt"},
+    {"EJ year beyond 32 bits", "cmdDirReportEJ", "txtDirReportEJEndDateY=300000", 0, {}, ""},
+    {"report on file", "cmdDirReportOnFile", "", 1502, {0, 20}, "report.txt"},
+    {"report on file, type half to even",
+     "cmdDirReportOnFile",
+     "cbDirReportOnFileMode=#1;txtDirReportOFType=21.5",
+     1502,
+     {1, 22},
+     "report.txt"},
+    // DirectIO - Display
+    {"clear display", "cmdDirDisplayClear", "", 1301, {}, ""},
+    {"display text", "cmdDirDyPrintText", "", 1302, {1}, "This is a test"},
+    {"display text, row 2",
+     "cmdDirDyPrintText",
+     "txtDyPtRow=2;txtDirPtString=Buongiorno",
+     1302,
+     {2},
+     "Buongiorno"},
+    {"display text, row beyond 16 bits", "cmdDirDyPrintText", "txtDyPtRow=70000", 0, {}, ""},
+    {"display bitmap load", "cmdDirDyBmpLoad", "", 1303, {1}, ""},
+    {"display bitmap load, typed path",
+     "cmdDirDyBmpLoad",
+     "txtDirDyBmpLoadID=3;txtDirDyBmpLoadFileName=/no/logo.bmp",
+     1303,
+     {3},
+     "/no/logo.bmp"},
+    {"display bitmap erase", "cmdDriDyEraseBmp", "", 1304, {1}, ""},
+    {"display bitmap show", "cmdDirDyBmpShow", "", 1305, {0, 0, 0}, ""},
+    {"display bitmap show, raw Esc",
+     "cmdDirDyBmpShow",
+     "txtDirDyBmpShowX=10;txtDirDyBmpShowY=-2;txtDirDyBmpShowID=4.5 px;txtDirDyBmpShowESC=\x1b|rR\x1b|K",
+     1305,
+     {10, -2, 4},
+     "\x1b|rR\x1b|K"},
+    {"display bitmap show, X no number", "cmdDirDyBmpShow", "txtDirDyBmpShowX=left", 0, {}, ""},
+    {"display bitmap now", "cmdDirPtBmpNow", "", 1306, {0, 0}, ""},
+    {"display bitmap now, file",
+     "cmdDirPtBmpNow",
+     "txtDirDyBmpNowX=1;txtDirDyBmpNowY=2;txtDirDyBmpNowFileName=/no/such.gif",
+     1306,
+     {1, 2},
+     "/no/such.gif"},
+    {"video mode", "cmdDirSetVideoMode", "", 1300, {1}, ""},
+    {"video mode, rows from 1", "cmdDirSetVideoMode", "cbVideoMode=#3", 1300, {4}, ""},
+    {"standby text", "cmdDirDySbyText", "", 1307, {}, "This is a test"},
+    {"standby bitmap", "cmdSbyBmp", "", 1308, {0, 0, 0}, ""},
+    {"standby bitmap, leading number ID",
+     "cmdSbyBmp",
+     "txtDirDySbyBmpX=3;txtDirDySbyBmpY=4;txtDirDySbyBmpID=7 logos;txtDirDyBmpSbyESC=\x1b|K",
+     1308,
+     {3, 4, 7},
+     "\x1b|K"},
+    // DirectIO - Printer
+    {"load bitmap", "cmdLoadBitmap", "", 1100, {1}, ""},
+    {"load bitmap, ID no number", "cmdLoadBitmap", "txtLoadBmpID=abc", 1100, {0}, ""},
+    {"load bitmap, ID beyond 32 bits", "cmdLoadBitmap", "txtLoadBmpID=99999999999", 0, {}, ""},
+    {"erase bitmap", "cmdDirEraseBitmap", "", 1102, {1}, ""},
+    {"print bitmap", "cmdPrintBitmap", "", 1101, {1, 48, 1}, ""},
+    {"print bitmap, hexadecimal mode",
+     "cmdPrintBitmap",
+     "cbDirBmpPrintStations=#2;txtDirPrintBmpPrintMode=7E;edtBitmapID=2",
+     1101,
+     {3, 126, 2},
+     ""},
+    {"print barcode", "cmdDirPrintBarcode", "", 1200, {1, 1}, "4007817504598"},
+    {"print barcode, type by row",
+     "cmdDirPrintBarcode",
+     "cbDirBarcodePrintStations=#1;cbDirBarcodeType=#3;edtBarcode=AB-1",
+     1200,
+     {2, 4},
+     "AB-1"},
+    {"begin credit note", "cmdDirBeginCreditNote", "", 1400, {}, "123456"},
+    {"end credit note", "cmdDirEndCreditNote", "", 1401, {}, ""},
+};
+
+DirectIOData Block(std::initializer_list<int32_t> leading) {
+    DirectIOData data{};
+    std::copy(leading.begin(), leading.end(), data.begin());
+    return data;
+}
+
+void Edit(QWidget* panel, const QString& edits) {
+    for (const QString& edit : edits.split(u';', Qt::SkipEmptyParts)) {
+        const QString name = edit.section(u'=', 0, 0);
+        const QString value = edit.section(u'=', 1);
+        if (auto* list = panel->findChild<QComboBox*>(name)) {
+            list->setCurrentIndex(value.mid(1).toInt());
+        } else {
+            auto* field = panel->findChild<QLineEdit*>(name);
+            QVERIFY2(field, qPrintable(name));
+            field->setText(value);
+        }
+    }
+}
+
+QString Shown(const QWidget* w) {
+    if (auto* label = qobject_cast<const QLabel*>(w))
+        return label->text();
+    if (auto* line = qobject_cast<const QLineEdit*>(w))
+        return line->text();
+    return qobject_cast<const QPlainTextEdit*>(w)->toPlainText();
+}
+
+// A GIF of one pixel, written out byte by byte.
+const char kOnePixelGif[] =
+    "GIF89a\x01\x00\x01\x00\x80\x00\x00\xff\xff\xff\x00\x00\x00!\xf9\x04\x01\x00\x00\x00\x00"
+    ",\x00\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02"
+    "D\x01\x00;";
+
+bool WriteFile(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+} // namespace
+
+class DirectIOPanelTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<PanelBench> bench;
+
+private slots:
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+    void init() { bench = std::make_unique<PanelBench>(); }
+    void cleanup() {
+        SetFilePickerHandlers({});
+        bench.reset();
+    }
+
+    void actions_data() {
+        QTest::addColumn<int>("row");
+        for (int i = 0; i < int(std::size(kActions)); ++i)
+            QTest::newRow(kActions[i].tag) << i;
+    }
+    void actions() {
+        QFETCH(int, row);
+        const Action& a = kActions[row];
+        frmDirectIO panel(bench->ctx, QStringLiteral("Tessorim"));
+        Edit(&panel, QString::fromLatin1(a.edits));
+        auto* button = panel.findChild<QPushButton*>(QLatin1StringView(a.button));
+        QVERIFY(button);
+        button->click();
+
+        const auto calls = bench->CallsOf("DirectIO");
+        if (a.command == 0) {
+            QVERIFY(bench->Calls().isEmpty());
+            QVERIFY(bench->MacroLines().isEmpty());
+            QCOMPARE(bench->refreshes, 0);
+            return;
+        }
+        const DirectIOData data = Block(a.data);
+        const QString text = QString::fromLatin1(a.text);
+        QCOMPARE(calls.size(), 1);
+        QCOMPARE(calls[0].args[0].toInt(), a.command);
+        QCOMPARE(calls[0].args[1].value<DirectIOData>(), data);
+        QCOMPARE(calls[0].args[2].toString(), text);
+        QStringList fields{QStringLiteral("F_DirectIO"), QString::number(a.command)};
+        for (int32_t e : data)
+            fields.append(QString::number(e));
+        fields.append(text);
+        QCOMPARE(bench->MacroLines().last(), fields.join(u'$'));
+        QCOMPARE(bench->Log().filter(QStringLiteral("DirectIO(")).size(), 1);
+        QCOMPARE(bench->refreshes, 1);
+        QVERIFY(bench->messages.isEmpty());
+        // The credit note first puts its own additional header on the receipt.
+        const bool creditNote = a.command == 1400;
+        QCOMPARE(bench->Calls(),
+                 creditNote ? bench->Words("SetAdditionalHeader DirectIO") : bench->Words("DirectIO"));
+        if (creditNote)
+            QCOMPARE(bench->Arg("SetAdditionalHeader", 0).toString(), QStringLiteral("Test Addit. CCNOTA!"));
+    }
+
+    void refusalShowsInLogAndStatus() {
+        frmDirectIO panel(bench->ctx, QStringLiteral("ZorvaneFPU"));
+        bench->printer.Script(QStringLiteral("DirectIO"), 106, 0, QStringLiteral("Bad display row"));
+        panel.display->cmdDirDyPrintText->click();
+        QVERIFY(bench->Log().last().endsWith(QStringLiteral("-> OposEIllegal(106)  (0)  Bad display row")));
+        QCOMPARE(bench->ErrorBoxes(), 1);
+    }
+
+    // What comes back is shown, and before or after the refresh as each button does it.
+    void answersAndRefreshOrder_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<int>("element0");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<bool>("shownBeforeRefresh");
+        QTest::newRow("drawer open") << "cmdDirGetDrawer"
+                                     << "lblDirGetDrawer" << 1 << "" << 0 << "Opened" << true;
+        QTest::newRow("drawer closed") << "cmdDirGetDrawer"
+                                       << "lblDirGetDrawer" << 0 << "" << 0 << "Closed" << true;
+        QTest::newRow("drawer, other value") << "cmdDirGetDrawer"
+                                             << "lblDirGetDrawer" << 2 << "" << 0 << "Closed" << true;
+        QTest::newRow("drawer read fails") << "cmdDirGetDrawer"
+                                           << "lblDirGetDrawer" << 0 << "" << 111 << "Closed" << true;
+        QTest::newRow("links") << "cmdDirectGetLinkToDepartment"
+                               << "txtDeptVatLinks" << 0 << "3C,4D" << 0 << "3C,4D" << true;
+        QTest::newRow("links read fails") << "cmdDirectGetLinkToDepartment"
+                                          << "txtDeptVatLinks" << 0 << "" << 111 << "" << true;
+        QTest::newRow("virtual ticket")
+            << "cmd_Debug_Test"
+            << "txtDirectIoDebugTest" << 0 << "TOTALE 1,50" << 0 << "TOTALE 1,50" << false;
+        QTest::newRow("virtual ticket fails") << "cmd_Debug_Test"
+                                              << "txtDirectIoDebugTest" << 0 << "" << 111 << "" << false;
+    }
+    void answersAndRefreshOrder() {
+        QFETCH(QString, button);
+        QFETCH(QString, field);
+        QFETCH(int, element0);
+        QFETCH(QString, answer);
+        QFETCH(int, result);
+        QFETCH(QString, shown);
+        QFETCH(bool, shownBeforeRefresh);
+        QStringList atRefresh;
+        QWidget* target = nullptr;
+        PanelContext ctx{bench->printer, bench->wrapper, bench->macro,
+                         [&] { atRefresh.append(Shown(target)); }};
+        frmDirectIO panel(ctx, QStringLiteral("ZorvaneFPU"));
+        target = panel.findChild<QWidget*>(field);
+        const QString before = Shown(target);
+        bench->printer.handlers[QStringLiteral("DirectIO")] = [=](QVariantList& a) {
+            if (result == 0) {
+                a[1] = QVariant::fromValue(Block({element0}));
+                a[2] = answer;
+            }
+            return result;
+        };
+        panel.findChild<QPushButton*>(button)->click();
+        QCOMPARE(Shown(target), shown);
+        QCOMPARE(atRefresh, QStringList{shownBeforeRefresh ? shown : before});
+    }
+
+    void deprecatedButtonsFollowTheServiceObject_data() {
+        QTest::addColumn<QString>("serviceObject");
+        QTest::addColumn<bool>("offered");
+        QTest::newRow("ZorvaneFPU") << "ZorvaneFPU" << false;
+        QTest::newRow("Tessorim") << "Tessorim" << true;
+        QTest::newRow("another case") << "zorvaneFPU" << true;
+        QTest::newRow("empty") << "" << true;
+    }
+    void deprecatedButtonsFollowTheServiceObject() {
+        QFETCH(QString, serviceObject);
+        QFETCH(bool, offered);
+        frmDirectIO panel(bench->ctx, serviceObject);
+        const QStringList deprecated =
+            bench->Words("cmdPrintBitmap cmdDirPrintBarcode cmdDirBeginCreditNote cmdDirEndCreditNote");
+        const QStringList hidden = bench->Words(
+            "cbDirBmpPrintStations txtDirPrintBmpPrintMode edtBitmapID cbDirBarcodePrintStations "
+            "cbDirBarcodeType "
+            "edtBarcode txtCreditNoteNumber cmdSimKb txtSimKeys cmd_Debug_Test txtDirectIoDebugTest "
+            "cmdDirReportZSelectFile cmdDirReportEJSelectFile cmdDirReportOFSelectFile cmdDirSetVideoMode "
+            "cbVideoMode "
+            "cmdDirPtBmpNow txtDirDyBmpNowX txtDirDyBmpNowY txtDirDyBmpNowFileName cmdBitmapFile "
+            "cmdDirDySbyText "
+            "txtDirDySbyText cmdSbyBmp txtDirDySbyBmpX txtDirDySbyBmpY txtDirDySbyBmpID txtDirDyBmpSbyESC");
+        const QStringList shown = bench->Words(
+            "cmdDirOpenDrawer cmdDirGetDrawer lblDirGetDrawer cmdResetTotalizers "
+            "txtAdditionalResetTotalizers "
+            "cmdSetPollingTime txtPollingTime cmdDirectGetLinkToDepartment cmdDirectSetLinkToDepartment "
+            "txtDeptVatLinks cmdDirReportZ cbDirReportZFileMode txtDirReportZFile cmdDirReportEJ "
+            "cbDirReportFileMode "
+            "txtDirReportEJFileName cbDirReportEJMode cbDirReportEJType txtDirReportEJStartDateY "
+            "txtDirReportEJStartDateM txtDirReportEJStartDatD txtDirReportEJEndDateY txtDirReportEJEndDateM "
+            "txtDirReportEJEndDateD txtDirReportEJStartNum txtDirReportEJEndNum cmdDirReportOnFile "
+            "cbDirReportOnFileMode txtDirReportOFFile txtDirReportOFType cmdDirDisplayClear "
+            "cmdDirDyPrintText "
+            "txtDyPtRow txtDirPtString cmdDirDyBmpLoad txtDirDyBmpLoadID txtDirDyBmpLoadFileName "
+            "filelistDisplayIcon "
+            "cmdLoadBmpSelectFile imgDisplayIcons cmdDriDyEraseBmp txtDirDyBmpEraseID cmdDirDyBmpShow "
+            "txtDirDyBmpShowX txtDirDyBmpShowY txtDirDyBmpShowID txtDirDyBmpShowESC cmdLoadBitmap "
+            "txtLoadBmpID "
+            "txtLoadBmpFileName filelistTicketIcon cmdTicketSetFolder imgTicketIcons cmdDirEraseBitmap "
+            "edtDirEraseBitmapID");
+        // Seen from its own tab, since the tab control hides the pages not on show.
+        auto visible = [&](const QString& name) {
+            auto* w = panel.findChild<QWidget*>(name);
+            if (!w)
+                return QStringLiteral("missing");
+            for (int t = 0; t < panel.SSTabDirectIO->count(); ++t)
+                if (panel.SSTabDirectIO->widget(t)->isAncestorOf(w))
+                    return w->isVisibleTo(panel.SSTabDirectIO->widget(t)) ? QStringLiteral("shown")
+                                                                          : QStringLiteral("hidden");
+            return QStringLiteral("off the tabs");
+        };
+        for (const QString& name : deprecated)
+            QCOMPARE(visible(name), offered ? QStringLiteral("shown") : QStringLiteral("hidden"));
+        for (const QString& name : hidden)
+            QCOMPARE(visible(name), QStringLiteral("hidden"));
+        for (const QString& name : shown)
+            QCOMPARE(visible(name), QStringLiteral("shown"));
+        QCOMPARE(panel.SSTabDirectIO->currentIndex(), 0);
+    }
+
+    void startYearDoubleClickFillsBothDates() {
+        frmDirectIO panel(bench->ctx, QStringLiteral("ZorvaneFPU"));
+        panel.show();
+        panel.SSTabDirectIO->setCurrentIndex(1);
+        DirectIOReportsTab* r = panel.reports;
+        QTest::mouseDClick(r->txtDirReportEJEndDateY, Qt::LeftButton); // only the start year reacts
+        QCOMPARE(r->txtDirReportEJEndDateY->text(), QStringLiteral("2007"));
+        const QDate before = QDate::currentDate();
+        QTest::mouseDClick(r->txtDirReportEJStartDateY, Qt::LeftButton);
+        QVERIFY(bench->Calls().isEmpty());
+        const QDate day =
+            QDate(r->txtDirReportEJStartDateY->text().toInt(), r->txtDirReportEJStartDateM->text().toInt(),
+                  r->txtDirReportEJStartDatD->text().toInt());
+        QVERIFY(day == before || day == QDate::currentDate());
+        QCOMPARE(r->txtDirReportEJStartDateM->text().size(), 2);
+        QCOMPARE(r->txtDirReportEJStartDatD->text().size(), 2);
+        r->cmdDirReportEJ->click();
+        const auto data = bench->Arg("DirectIO", 1).value<DirectIOData>();
+        const int32_t expected = day.year() * 10000 + day.month() * 100 + day.day();
+        QCOMPARE(data[3], expected);
+        QCOMPARE(data[4], expected);
+    }
+
+    // Both bitmap tabs browse a folder of pictures the same way.
+    void bitmapBrowser_data() {
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<QString>("list");
+        QTest::addColumn<QString>("folderButton");
+        QTest::addColumn<QString>("picture");
+        QTest::addColumn<QString>("pathField");
+        QTest::addColumn<QString>("idField");
+        QTest::addColumn<QString>("loadButton");
+        QTest::addColumn<int>("loadCommand");
+        QTest::newRow("display") << 2 << "filelistDisplayIcon"
+                                 << "cmdLoadBmpSelectFile"
+                                 << "imgDisplayIcons"
+                                 << "txtDirDyBmpLoadFileName"
+                                 << "txtDirDyBmpLoadID"
+                                 << "cmdDirDyBmpLoad" << 1303;
+        QTest::newRow("printer") << 3 << "filelistTicketIcon"
+                                 << "cmdTicketSetFolder"
+                                 << "imgTicketIcons"
+                                 << "txtLoadBmpFileName"
+                                 << "txtLoadBmpID"
+                                 << "cmdLoadBitmap" << 1100;
+    }
+    void bitmapBrowser() {
+        QFETCH(int, tab);
+        QFETCH(QString, list);
+        QFETCH(QString, folderButton);
+        QFETCH(QString, picture);
+        QFETCH(QString, pathField);
+        QFETCH(QString, idField);
+        QFETCH(QString, loadButton);
+        QFETCH(int, loadCommand);
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QString folder = dir.path();
+        QVERIFY(WriteFile(folder + "/one.gif", QByteArray(kOnePixelGif, sizeof kOnePixelGif - 1)));
+        QImage bmp(4, 3, QImage::Format_RGB32);
+        bmp.fill(Qt::black);
+        QVERIFY(bmp.save(folder + "/Logo.BMP", "BMP"));
+        QVERIFY(WriteFile(folder + "/notes.txt", "not a picture"));
+        QVERIFY(WriteFile(folder + "/fake.bmp", "not a picture either"));
+
+        QStringList pickerCalls;
+        QString answer = folder;
+        FilePickerHandlers pickers;
+        pickers.pickFolder = [&](const QString& start, QWidget* owner, const QString& title) {
+            pickerCalls.append(start + u'|' + (owner ? "owner" : "") + u'|' + title);
+            return answer;
+        };
+        SetFilePickerHandlers(pickers);
+
+        frmDirectIO panel(bench->ctx, QStringLiteral("ZorvaneFPU"));
+        panel.resize(900, 700);
+        panel.show();
+        panel.SSTabDirectIO->setCurrentIndex(tab);
+        auto* files = panel.findChild<QListWidget*>(list);
+        auto* image = panel.findChild<QLabel*>(picture);
+        auto* path = panel.findChild<QLineEdit*>(pathField);
+        auto* id = panel.findChild<QLineEdit*>(idField);
+        QVERIFY(files && image && path && id);
+        const QString appFolder = Tools::AppFolder();
+
+        panel.findChild<QPushButton*>(folderButton)->click();
+        QCOMPARE(pickerCalls, QStringList{appFolder + "||"});
+        QStringList names;
+        for (int i = 0; i < files->count(); ++i)
+            names.append(files->item(i)->text());
+        QCOMPARE(names, bench->Words("fake.bmp Logo.BMP one.gif"));
+
+        auto click = [&](int row) {
+            QTest::mouseClick(files->viewport(), Qt::LeftButton, {},
+                              files->visualItemRect(files->item(row)).center());
+        };
+        QVERIFY(image->pixmap().isNull());
+        click(2);
+        QCOMPARE(path->text(), folder + "/one.gif");
+        QCOMPARE(image->pixmap().size(), QSize(1, 1));
+        click(1);
+        QCOMPARE(path->text(), folder + "/Logo.BMP");
+        QCOMPARE(image->pixmap().size(), QSize(4, 3));
+        const qint64 preview = image->pixmap().cacheKey();
+        click(0); // no picture: the preview stays, the path still goes in
+        QCOMPARE(path->text(), folder + "/fake.bmp");
+        QCOMPARE(image->pixmap().cacheKey(), preview);
+        QCOMPARE(id->text(), QStringLiteral("1"));
+        if (tab == 2)
+            QCOMPARE(panel.display->txtDirDyBmpShowID->text(), QString());
+        QVERIFY(bench->Calls().isEmpty());
+
+        // A cancelled picker, or an answer that is no folder, keeps the list where it is.
+        for (const QString& other : {QString(), folder + "/notes.txt"}) {
+            answer = other;
+            panel.findChild<QPushButton*>(folderButton)->click();
+            QCOMPARE(pickerCalls.last(), folder + "||");
+            QCOMPARE(files->count(), 3);
+        }
+
+        panel.findChild<QPushButton*>(loadButton)->click();
+        QCOMPARE(bench->Arg("DirectIO", 0).toInt(), loadCommand);
+        QCOMPARE(bench->Arg("DirectIO", 2).toString(), folder + "/fake.bmp");
+    }
+
+    void escFieldOpensTheGeneratorBesideThePanel() {
+        frmDirectIO panel(bench->ctx, QStringLiteral("ZorvaneFPU"));
+        panel.show();
+        panel.SSTabDirectIO->setCurrentIndex(2);
+        QVERIFY(!panel.display->EscGenerator());
+        QTest::mouseDClick(panel.display->txtDirDyBmpSbyESC, Qt::LeftButton); // the standby field has none
+        QVERIFY(!panel.display->EscGenerator());
+        QTest::mouseDClick(panel.display->txtDirDyBmpShowESC, Qt::LeftButton);
+        frmEscSequences* generator = panel.display->EscGenerator();
+        QVERIFY(generator);
+        QVERIFY(generator->isVisible());
+        QVERIFY(!generator->isModal());
+        QVERIFY(!QApplication::activeModalWidget());
+        // A second double click brings the same window up again.
+        QTest::mouseDClick(panel.display->txtDirDyBmpShowESC, Qt::LeftButton);
+        QCOMPARE(panel.display->EscGenerator(), generator);
+        QCOMPARE(panel.display->txtDirDyBmpShowESC->text(), QString()); // it never writes there
+        generator->Command4->click();
+        generator->Command15->click();
+        QTRY_VERIFY(!panel.display->EscGenerator()); // closing unloads it
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString(QChar(27)) + "|2C");
+        QVERIFY(bench->Calls().isEmpty());
+    }
+
+    void printMode_data() {
+        QTest::addColumn<int>("justify");
+        QTest::addColumn<bool>("doubleHeight");
+        QTest::addColumn<bool>("doubleWidth");
+        QTest::addColumn<bool>("reverse");
+        QTest::addColumn<int>("value");
+        QTest::addColumn<QString>("label");
+        QTest::newRow("left") << 0 << false << false << false << 48 << "30";
+        QTest::newRow("right, double height") << 1 << true << false << false << 53 << "35";
+        QTest::newRow("center, double width") << 2 << false << true << false << 58 << "3A";
+        QTest::newRow("left, reverse") << 0 << false << false << true << 112 << "70";
+        QTest::newRow("center, everything") << 2 << true << true << true << 126 << "7E";
+    }
+    void printMode() {
+        QFETCH(int, justify);
+        QFETCH(bool, doubleHeight);
+        QFETCH(bool, doubleWidth);
+        QFETCH(bool, reverse);
+        QFETCH(int, value);
+        QFETCH(QString, label);
+        frmPrintMode dialog;
+        QCOMPARE(dialog.lblPrintMode->text(), QStringLiteral("30"));
+        dialog.show();
+        dialog.chkDblHeight->setChecked(doubleHeight);
+        dialog.chkDblWidth->setChecked(doubleWidth);
+        dialog.chkReverseMode->setChecked(reverse);
+        dialog.cbJustify->setCurrentIndex(justify);
+        QCOMPARE(dialog.selectedPrintMode, value);
+        QCOMPARE(dialog.lblPrintMode->text(), label);
+        dialog.cmdOK->click();
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.selectedPrintMode, value);
+    }
+
+    void showMode_data() {
+        QTest::addColumn<int>("rotation");
+        QTest::addColumn<bool>("blink");
+        QTest::addColumn<int>("value");
+        QTest::addColumn<QString>("label");
+        QTest::newRow("no rotate") << 0 << false << 0 << "0";
+        QTest::newRow("no rotate, blink") << 0 << true << 8 << "8";
+        QTest::newRow("right") << 1 << false << 4 << "4";
+        QTest::newRow("left") << 2 << false << 5 << "5";
+        QTest::newRow("up, blink") << 3 << true << 14 << "E";
+        QTest::newRow("down, blink") << 4 << true << 15 << "F";
+    }
+    void showMode() {
+        QFETCH(int, rotation);
+        QFETCH(bool, blink);
+        QFETCH(int, value);
+        QFETCH(QString, label);
+        frmShowMode dialog;
+        QCOMPARE(dialog.lblShowMode->text(), QStringLiteral("0"));
+        dialog.show();
+        dialog.cbShMRotate->setCurrentIndex(rotation);
+        dialog.chkBlink->setChecked(blink);
+        QCOMPARE(dialog.selectedShowMode, value);
+        QCOMPARE(dialog.lblShowMode->text(), label);
+        dialog.cmdOK->click();
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.selectedShowMode, value);
+    }
+};
+
+QTEST_MAIN(DirectIOPanelTest)
+#include "tst_directio_panel.moc"
