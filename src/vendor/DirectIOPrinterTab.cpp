@@ -47,6 +47,7 @@ DirectIOPrinterTab::DirectIOPrinterTab(PanelContext& ctx, QWidget* parent) : QWi
 
     // Deprecated commands
     auto* fraDeprecated = new QGroupBox(this);
+    m_deprecated = fraDeprecated;
     QWidget* d = fraDeprecated;
     cmdPrintBitmap = Button(d, "cmdPrintBitmap", QStringLiteral("PrintBitmap (deprecated)"));
     cbDirBmpPrintStations = vendor::List(d, "cbDirBmpPrintStations");
@@ -104,7 +105,9 @@ void DirectIOPrinterTab::FillLists() {
 }
 
 void DirectIOPrinterTab::HideDeprecatedButtons() {
-    vendor::KeepHidden({cmdPrintBitmap, cmdDirPrintBarcode, cmdDirBeginCreditNote, cmdDirEndCreditNote});
+    // Their fields are hidden anyway, so the frame would stand empty.
+    vendor::KeepHidden(
+        {cmdPrintBitmap, cmdDirPrintBarcode, cmdDirBeginCreditNote, cmdDirEndCreditNote, m_deprecated});
 }
 
 void DirectIOPrinterTab::cmdLoadBitmap_Click() {

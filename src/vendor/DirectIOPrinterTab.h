@@ -52,4 +52,5 @@ private:
     void cmdDirEndCreditNote_Click();
 
     PanelContext& m_ctx;
+    QWidget* m_deprecated;
 };
