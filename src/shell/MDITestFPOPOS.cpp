@@ -8,6 +8,7 @@
 #include "clsMacroEngine.h"
 #include "clsStatusRefresh.h"
 #include "frmApp.h"
+#include "frmAutoTests.h"
 #include "frmFiscalTicket.h"
 #include "frmLog.h"
 #include "frmNonFiscal.h"
@@ -107,7 +108,7 @@ void MDITestFPOPOS::BuildLayout() {
     m_reports = new frmReports(*m_ctx, this);
     QWidget* directIO = Placeholder("frmDirectIO", this);
     m_properties = new frmProperties(*m_ctx, this);
-    QWidget* autoTests = Placeholder("frmAutoTests", this);
+    QWidget* autoTests = new frmAutoTests(*m_ctx, this);
     QWidget* macro = Placeholder("frmMacro", this);
     m_panels = {m_settings, m_fiscal, m_nonFiscal, m_reports, m_properties, directIO, autoTests, macro};
     for (QWidget* panel : {static_cast<QWidget*>(m_settings), static_cast<QWidget*>(m_fiscal),
