@@ -59,6 +59,8 @@ frmAutoTests::frmAutoTests(PanelContext& ctx, QWidget* parent) : QWidget(parent)
         Button(fraAutoFiscal, "cmdPrintTicketA", QStringLiteral("Continuous Print Fiscal Ticket (Async)"));
     txtNumberOfLines = LineEdit(fraAutoFiscal, "txtNumberOfLines", QStringLiteral("25"));
     txtNumberOfTests = LineEdit(fraAutoFiscal, "txtNumberOfTests", QStringLiteral("1"));
+    txtNumberOfLines->setMaximumWidth(80);
+    txtNumberOfTests->setMaximumWidth(80);
     auto* autoGrid = new QGridLayout(fraAutoFiscal);
     autoGrid->addWidget(cmdAutoPrintTicket, 0, 0);
     autoGrid->addWidget(cmdPrintTicketA, 1, 0);
