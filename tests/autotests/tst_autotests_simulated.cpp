@@ -97,9 +97,33 @@ QString AmountLine(const char* label, const char* units, const char* cents) {
 const QString Subtotal = QStringLiteral("^SUBTOTAL");
 const QString Total = QStringLiteral("^TOTAL");
 
-// The ten payments that both fiscal scripts make after the total, refused in a closed receipt.
-QStringList PaymentsRefused(const char* total, const char* last) {
-    QStringList out;
+// Tessorim has four VAT rates: every step of the two fiscal scripts on rate 5 is refused.
+QStringList Rate5Refused() {
+    return {
+        BadVat("PrintRecItem(\"TEST ITEM  8\", 5.00, 0, 5, 0.00, \"\")"),
+        BadVat("PrintRecItemAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"Amount Discount\", 2.00, 5)"),
+        BadVat("PrintRecItem(\"TEST ITEM  9\", 7.00, 0, 5, 0.00, \"\")"),
+        BadVat("PrintRecItemAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"Amount Discount\", 3.50, 5)"),
+        BadVat("PrintRecItemAdjustmentVoid(FPTR_AT_AMOUNT_DISCOUNT, \"\", 3.50, 5)"),
+    };
+}
+
+// A subtotal that is not the printer's cancels the receipt on Tessorim: the subtotal itself is
+// refused, and so is every later step but the messages, up to the last payment.
+QStringList CancelledAtSubtotal(const char* subtotal, const char* total, bool notPaid, const char* last) {
+    const QString sbt = QStringLiteral("PrintRecSubtotal(%1)").arg(L(subtotal));
+    QStringList out{
+        BadAmount(qPrintable(sbt)),
+        WrongState("PrintRecSubtotalAdjustment(FPTR_AT_PERCENTAGE_DISCOUNT, \"DISC% SBT\", 10.00)"),
+        WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_SURCHARGE, \"VOID DISC%\", 4.30)"),
+        WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"AMOUNT DISC\", 4.00)"),
+        WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_SURCHARGE, \"VOID AMOUNT DISC\", 4.00)"),
+        WrongState(qPrintable(sbt)),
+        WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"AMOUNT DISC SBT\", 5.00)"),
+        WrongState(qPrintable(QStringLiteral("PrintRecTotal(%1, 0.00, \"\")").arg(L(total)))),
+    };
+    if (notPaid)
+        out.append(WrongState("PrintRecNotPaid(\"Missed payment\", 10.00)"));
     const char* amounts[] = {"8.00", "0.50", "0.50", "0.60", "0.70", "0.80", "0.90", "0.40", "0.30", last};
     for (int form = 0; form < 10; ++form)
         out.append(WrongState(qPrintable(
@@ -109,7 +133,8 @@ QStringList PaymentsRefused(const char* total, const char* last) {
 
 } // namespace
 
-// The scripts on the simulated printer of both models, with what its page says each must give.
+// The scripts on the simulated printer of both models, against what its rules (docs/simulated-printer.md)
+// say each must give. Where today's simulator does not follow a rule yet, the check is an expected failure.
 class AutoTestsSimulatedTest : public QObject {
     Q_OBJECT
 
@@ -145,24 +170,9 @@ private slots:
             << QStringList{} << L("3440") << L("0") << 4 << change;
         // Four VAT rates: the items on rate 5 are refused, the printer's subtotal is 33.00, and
         // the subtotal of 39.00 cancels the receipt, which waits to be ended.
-        QStringList tessorimFiscal{
-            BadVat("PrintRecItem(\"TEST ITEM  8\", 5.00, 0, 5, 0.00, \"\")"),
-            BadVat("PrintRecItemAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"Amount Discount\", 2.00, 5)"),
-            BadVat("PrintRecItem(\"TEST ITEM  9\", 7.00, 0, 5, 0.00, \"\")"),
-            BadVat("PrintRecItemAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"Amount Discount\", 3.50, 5)"),
-            BadVat("PrintRecItemAdjustmentVoid(FPTR_AT_AMOUNT_DISCOUNT, \"\", 3.50, 5)"),
-            BadVat("PrintRecRefund(\"REFUND ITEM  10\", 4.00, 5)"),
-            BadAmount("PrintRecSubtotal(39.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_PERCENTAGE_DISCOUNT, \"DISC% SBT\", 10.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_SURCHARGE, \"VOID DISC%\", 4.30)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"AMOUNT DISC\", 4.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_SURCHARGE, \"VOID AMOUNT DISC\", 4.00)"),
-            WrongState("PrintRecSubtotal(39.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"AMOUNT DISC SBT\", 5.00)"),
-            WrongState("PrintRecTotal(34.00, 0.00, \"\")"),
-            WrongState("PrintRecNotPaid(\"Missed payment\", 10.00)"),
-        };
-        tessorimFiscal += PaymentsRefused("34.00", "20.00");
+        const QStringList tessorimFiscal =
+            Rate5Refused() + QStringList{BadVat("PrintRecRefund(\"REFUND ITEM  10\", 4.00, 5)")} +
+            CancelledAtSubtotal("39.00", "34.00", true, "20.00");
         QTest::newRow("Tessorim: full fiscal ticket")
             << L("Tessorim") << L("fiscal") << tessorimFiscal << 1 << QStringList{}
             << QStringList{Subtotal, Total} << QString() << L("1") << 4 << mismatch;
@@ -177,22 +187,8 @@ private slots:
             << QStringList{AmountLine("SUBTOTAL", "43", "00"), AmountLine("TOTAL", "38", "00"),
                            L("^8953986357$"), L("^Additional Text$")}
             << QStringList{} << L("3800") << L("0") << 7 << change;
-        QStringList tessorimCredit{
-            BadVat("PrintRecItem(\"TEST ITEM  8\", 5.00, 0, 5, 0.00, \"\")"),
-            BadVat("PrintRecItemAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"Amount Discount\", 2.00, 5)"),
-            BadVat("PrintRecItem(\"TEST ITEM  9\", 7.00, 0, 5, 0.00, \"\")"),
-            BadVat("PrintRecItemAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"Amount Discount\", 3.50, 5)"),
-            BadVat("PrintRecItemAdjustmentVoid(FPTR_AT_AMOUNT_DISCOUNT, \"\", 3.50, 5)"),
-            BadAmount("PrintRecSubtotal(43.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_PERCENTAGE_DISCOUNT, \"DISC% SBT\", 10.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_SURCHARGE, \"VOID DISC%\", 4.30)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"AMOUNT DISC\", 4.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_SURCHARGE, \"VOID AMOUNT DISC\", 4.00)"),
-            WrongState("PrintRecSubtotal(43.00)"),
-            WrongState("PrintRecSubtotalAdjustment(FPTR_AT_AMOUNT_DISCOUNT, \"AMOUNT DISC SBT\", 5.00)"),
-            WrongState("PrintRecTotal(38.00, 0.00, \"\")"),
-        };
-        tessorimCredit += PaymentsRefused("38.00", "30.00");
+        const QStringList tessorimCredit =
+            Rate5Refused() + CancelledAtSubtotal("43.00", "38.00", false, "30.00");
         QTest::newRow("Tessorim: full credit note")
             << L("Tessorim") << L("credit") << tessorimCredit << 1 << QStringList{}
             << QStringList{Subtotal, Total} << QString() << L("1") << 4 << mismatch;

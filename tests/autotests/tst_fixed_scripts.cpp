@@ -58,32 +58,8 @@ class FixedScriptsTest : public QObject {
             L("PrintRecRefund|REFUND TEST ITEM  12|5.00|3"),
             L("PrintRecRefundVoid|REFUND VOID ITEM  12|5.00|3"),
             L("PrintRecMessage| "),
-            L("PrintRecSubtotal|39.00"),
-            L("PrintRecMessage| "),
-            L("PrintRecSubtotalAdjustment|3|DISC% SBT|10.00"),
-            L("SetPreLine|SBT VOIDDISC% NOT POSSIBLE\r\nDONE WITH AmountSurcharge"),
-            L("PrintRecSubtotalAdjustment|2|VOID DISC%|4.30"),
-            L("PrintRecMessage| "),
-            L("PrintRecSubtotalAdjustment|1|AMOUNT DISC|4.00"),
-            L("SetPreLine|SBT VOIDDISCAMT NOT POSSIBLE\r\nDONE WITH AmountSurcharge"),
-            L("PrintRecSubtotalAdjustment|2|VOID AMOUNT DISC|4.00"),
-            L("PrintRecMessage| "),
-            L("PrintRecSubtotal|39.00"),
-            L("PrintRecSubtotalAdjustment|1|AMOUNT DISC SBT|5.00"),
-            L("PrintRecTotal|34.00|0.00|"),
-            L("PrintRecNotPaid|Missed payment|10.00"),
-            L("PrintRecTotal|34.00|8.00|0"),
-            L("PrintRecTotal|34.00|0.50|1"),
-            L("PrintRecTotal|34.00|0.50|2"),
-            L("PrintRecTotal|34.00|0.60|3"),
-            L("PrintRecTotal|34.00|0.70|4"),
-            L("PrintRecTotal|34.00|0.80|5"),
-            L("PrintRecTotal|34.00|0.90|6"),
-            L("PrintRecTotal|34.00|0.40|7"),
-            L("PrintRecTotal|34.00|0.30|8"),
-            L("PrintRecTotal|34.00|20.00|9"),
         };
-        return calls + StyleMessages();
+        return calls + SubtotalsAndPayments("39.00", "34.00", true, "20.00") + StyleMessages();
     }
 
     static QStringList FullCreditNote() {
@@ -94,7 +70,16 @@ class FixedScriptsTest : public QObject {
             L("PrintRecMessage| "),
             L("PrintRecMessage|PrintRecMessage (out of std)"),
             L("PrintRecMessage| "),
-            L("PrintRecSubtotal|43.00"),
+        };
+        return calls + SubtotalsAndPayments("43.00", "38.00", false, "30.00") + StyleMessages();
+    }
+
+    // From the first subtotal to the last payment; the fiscal ticket alone has a not-paid amount.
+    static QStringList SubtotalsAndPayments(const char* subtotal, const char* total, bool notPaid,
+                                            const char* lastPayment) {
+        const QString sbt = QStringLiteral("PrintRecSubtotal|") + L(subtotal);
+        QStringList calls{
+            sbt,
             L("PrintRecMessage| "),
             L("PrintRecSubtotalAdjustment|3|DISC% SBT|10.00"),
             L("SetPreLine|SBT VOIDDISC% NOT POSSIBLE\r\nDONE WITH AmountSurcharge"),
@@ -104,21 +89,17 @@ class FixedScriptsTest : public QObject {
             L("SetPreLine|SBT VOIDDISCAMT NOT POSSIBLE\r\nDONE WITH AmountSurcharge"),
             L("PrintRecSubtotalAdjustment|2|VOID AMOUNT DISC|4.00"),
             L("PrintRecMessage| "),
-            L("PrintRecSubtotal|43.00"),
+            sbt,
             L("PrintRecSubtotalAdjustment|1|AMOUNT DISC SBT|5.00"),
-            L("PrintRecTotal|38.00|0.00|"),
-            L("PrintRecTotal|38.00|8.00|0"),
-            L("PrintRecTotal|38.00|0.50|1"),
-            L("PrintRecTotal|38.00|0.50|2"),
-            L("PrintRecTotal|38.00|0.60|3"),
-            L("PrintRecTotal|38.00|0.70|4"),
-            L("PrintRecTotal|38.00|0.80|5"),
-            L("PrintRecTotal|38.00|0.90|6"),
-            L("PrintRecTotal|38.00|0.40|7"),
-            L("PrintRecTotal|38.00|0.30|8"),
-            L("PrintRecTotal|38.00|30.00|9"),
+            QStringLiteral("PrintRecTotal|%1|0.00|").arg(L(total)),
         };
-        return calls + StyleMessages();
+        if (notPaid)
+            calls.append(L("PrintRecNotPaid|Missed payment|10.00"));
+        const char* payments[] = {"8.00", "0.50", "0.50", "0.60", "0.70",
+                                  "0.80", "0.90", "0.40", "0.30", lastPayment};
+        for (int form = 0; form < 10; ++form)
+            calls.append(QStringLiteral("PrintRecTotal|%1|%2|%3").arg(L(total), L(payments[form])).arg(form));
+        return calls;
     }
 
     static QStringList StyleMessages() {
