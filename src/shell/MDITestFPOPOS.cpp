@@ -10,6 +10,7 @@
 #include "frmApp.h"
 #include "frmDirectIO.h"
 #include "frmEscSequences.h"
+#include "frmAutoTests.h"
 #include "frmFiscalTicket.h"
 #include "frmLog.h"
 #include "frmNonFiscal.h"
@@ -113,7 +114,7 @@ void MDITestFPOPOS::BuildLayout() {
     m_reports = new frmReports(*m_ctx, this);
     QWidget* directIO = new frmDirectIO(*m_ctx, m_logo.lblSOName, this);
     m_properties = new frmProperties(*m_ctx, this);
-    QWidget* autoTests = Placeholder("frmAutoTests", this);
+    QWidget* autoTests = new frmAutoTests(*m_ctx, this);
     QWidget* macro = Placeholder("frmMacro", this);
     m_panels = {m_settings, m_fiscal, m_nonFiscal, m_reports, m_properties, directIO, autoTests, macro};
     for (QWidget* panel : {static_cast<QWidget*>(m_settings), static_cast<QWidget*>(m_fiscal),

@@ -71,7 +71,7 @@ void frmLog::AppendLogLine(const QString& line) {
     // A hidden box needn't be fed: the lines reach it when it is shown.
     if (!m_flushQueued && isVisible()) {
         m_flushQueued = true;
-        QTimer::singleShot(0, this, &frmLog::FlushPending);
+        QTimer::singleShot(FlushDelayMs, this, &frmLog::FlushPending);
     }
 }
 

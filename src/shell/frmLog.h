@@ -10,12 +10,14 @@ class QPlainTextEdit;
 class QPushButton;
 
 // The log window. It takes every log line from its creation on, shown or not. Lines are queued
-// and reach the text box in one batch on the next turn of the event loop, or when the window is
-// shown: appending them one by one makes a busy replay crawl. The list of lines is the text of
-// record; the box only shows it.
+// and reach the text box in one batch at most FlushDelayMs later, or when the window is shown:
+// appending and repainting them one by one makes a busy replay, or a test that lets the event
+// loop run after every line, crawl. The list of lines is the text of record; the box only shows it.
 class frmLog : public QWidget, public ILogSink {
     Q_OBJECT
 public:
+    static constexpr int FlushDelayMs = 40;
+
     explicit frmLog(QWidget* parent = nullptr);
     ~frmLog() override;
 
