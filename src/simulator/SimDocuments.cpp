@@ -64,11 +64,8 @@ void SimulatedFiscalPrinter::StartReceipt(int32_t type, const QString& creditNot
 
 int32_t SimulatedFiscalPrinter::BeginFiscalReceipt(bool& PrintHeader) {
     Q_UNUSED(PrintHeader);
-    if (Check("BeginFiscalReceipt", kMonitor, kBoth, AlwaysSync))
+    if (Check("BeginFiscalReceipt", kMonitor, kBoth, AlwaysSync | NewDay))
         return m_resultCode;
-    if (sim::DayEndRequired(*m_memory, Now()))
-        return Result(OPOS_E_EXTENDED, sim::kDayEndRequired,
-                      QStringLiteral("Day end required: print a Z report"));
     StartReceipt(m_session.fiscalReceiptType, QString());
     return Flush(AlwaysSync);
 }

@@ -95,7 +95,10 @@ int32_t SimulatedFiscalPrinter::Check(const char* method, unsigned legalStates, 
     if ((flags & DayClosed) && m_memory->DayOpened())
         return Result(OPOS_E_EXTENDED, OPOS_EFPTR_WRONG_STATE, QStringLiteral("Fiscal day open"));
     if ((flags & NotTraining) && m_training)
-        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_WRONG_STATE, QStringLiteral("Not in training mode"));
+        return Result(OPOS_E_EXTENDED, OPOS_EFPTR_WRONG_STATE, QStringLiteral("Refused in training mode"));
+    if ((flags & NewDay) && sim::DayEndRequired(*m_memory, Now()))
+        return Result(OPOS_E_EXTENDED, sim::kDayEndRequired,
+                      QStringLiteral("Day end required: print a Z report"));
     if (!Queues(stations, flags) && !m_queue.Empty())
         return Result(OPOS_E_BUSY, 0, QStringLiteral("Busy with output"));
     if (stations != 0 && !Queues(stations, flags))
@@ -334,6 +337,7 @@ int32_t SimulatedFiscalPrinter::Open(QString& DeviceName) {
     m_deviceName = DeviceName;
     m_session = Session{};
     m_session.checkTotal = m_model.checkTotalAtOpen;
+    m_events.SetFrozen(false);
     m_queue.ResetIds();
     emit sessionChanged();
     return Ok();

@@ -174,6 +174,7 @@ private:
         DayClosed = 2,   // 114/207 while the fiscal day is open
         NotTraining = 4, // 114/207 in training mode
         Debug = 8,       // the simulator's own API: no 108, no lock, no 113
+        NewDay = 16,     // opens a fiscal document: 114/224 once the day must end
     };
     static constexpr unsigned In(int32_t state) {
         return 1u << state;

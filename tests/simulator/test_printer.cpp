@@ -1,5 +1,7 @@
 #include "SimTestSupport.h"
 
+#include <QSignalSpy>
+
 using namespace OposAll;
 using namespace t;
 
@@ -125,35 +127,6 @@ private slots:
         QCOMPARE(p.ResultCodeExtended(), OPOS_EFPTR_WRONG_STATE);
     }
 
-    void stateTransitions() {
-        SimulatedFiscalPrinter p;
-        Ready(p);
-        QCOMPARE(Begin(p), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT);
-        QCOMPARE(Item(p, QStringLiteral("A"), M(1000)), 0);
-        QCOMPARE(Total(p, M(1000), M(400)), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT_TOTAL);
-        QString d = QStringLiteral("Non pagato");
-        Amount notPaid = M(300);
-        QCOMPARE(p.PrintRecNotPaid(d, notPaid), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT_TOTAL);
-        QCOMPARE(Total(p, M(1000), M(300)), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT_ENDING);
-        QCOMPARE(Message(p, QStringLiteral("Grazie")), 0);
-        QCOMPARE(End(p), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
-        QCOMPARE(Data(p, FPTR_GD_NOT_PAID), QStringLiteral("300"));
-        QCOMPARE(p.BeginNonFiscal(), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_NONFISCAL);
-        QCOMPARE(p.EndNonFiscal(), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
-        // The last Z report the memory holds locks the printer.
-        p.SetRemainingFiscalMemory(1);
-        QCOMPARE(p.PrintZReport(), 0);
-        QCOMPARE(p.RemainingFiscalMemory(), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_LOCKED);
-    }
-
     void refusedInEachState_data() {
         QTest::addColumn<int>("state");
         QTest::newRow("monitor") << FPTR_PS_MONITOR;
@@ -175,8 +148,11 @@ private slots:
             QCOMPARE(Total(p, M(1000), state == FPTR_PS_FISCAL_RECEIPT_TOTAL ? M(100) : M(1000)), 0);
         if (state == FPTR_PS_NONFISCAL)
             QCOMPARE(p.BeginNonFiscal(), 0);
-        if (state == FPTR_PS_LOCKED)
-            p.SetRemainingFiscalMemory(0);
+        if (state == FPTR_PS_LOCKED) { // the last Z report the memory holds locks the printer
+            p.SetRemainingFiscalMemory(1);
+            QCOMPARE(p.PrintZReport(), 0);
+            QCOMPARE(p.RemainingFiscalMemory(), 0);
+        }
         QCOMPARE(p.PrinterState(), state);
         QString text;
         Amount amount = M(300);
@@ -334,20 +310,6 @@ private slots:
         QCOMPARE(p.GetTotalizer(vat, gt, data), OPOS_E_ILLEGAL);
     }
 
-    void duplicateCopiesTheReceipt() {
-        SimulatedFiscalPrinter p;
-        Ready(p);
-        p.SetDuplicateReceipt(true);
-        Sale(p, M(1234));
-        const auto before = p.ReceiptRoll().Count();
-        QCOMPARE(p.PrintDuplicateReceipt(), 0);
-        QVERIFY(!p.DuplicateReceipt());
-        const QString copy = p.ReceiptRoll().PlainText(before);
-        QVERIFY(copy.startsWith(QStringLiteral("COPIA")) && copy.contains(QStringLiteral("12,34")));
-        QCOMPARE(Data(p, FPTR_GD_FISCAL_REC), QStringLiteral("1")); // a copy doesn't count
-        QCOMPARE(p.PrintDuplicateReceipt(), OPOS_E_ILLEGAL);
-    }
-
     void dayRules() {
         SimulatedFiscalPrinter p;
         Ready(p);
@@ -438,6 +400,31 @@ private slots:
         Ready(p);
         QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT);
         QCOMPARE(Data(p, FPTR_GD_CURRENT_TOTAL), QStringLiteral("700"));
+    }
+
+    // What a window follows live: the printer state, commits to the fiscal memory, the rolls, the display.
+    void observation() {
+        SimulatedFiscalPrinter p;
+        Ready(p);
+        QSignalSpy states(&p, &SimulatedFiscalPrinter::printerStateChanged);
+        QSignalSpy commits(&p, &SimulatedFiscalPrinter::fiscalMemoryChanged);
+        QSignalSpy receipt(&p.ReceiptRoll(), &sim::PaperRoll::appended);
+        QSignalSpy journal(&p.JournalRoll(), &sim::PaperRoll::appended);
+        QSignalSpy display(&p.Display(), &sim::CustomerDisplay::changed);
+        QSignalSpy machine(&p.Hardware(), &sim::Machine::changed);
+        Sale(p, M(100));
+        QList<int> seen;
+        for (const auto& args : states)
+            seen << args.at(0).toInt();
+        QCOMPARE(seen, (QList<int>{FPTR_PS_FISCAL_RECEIPT, FPTR_PS_FISCAL_RECEIPT_ENDING, FPTR_PS_MONITOR}));
+        QCOMPARE(commits.count(), 1); // the receipt, once, when it ends
+        QCOMPARE(receipt.count(), p.ReceiptRoll().Count());
+        QCOMPARE(journal.count(), p.JournalRoll().Count());
+        QVERIFY(display.count() >= 2); // the item, the total, the blank display after
+        p.SetCoverOpen(true);
+        QCOMPARE(machine.count(), 1);
+        QCOMPARE(p.PrintXReport(), OPOS_E_EXTENDED);
+        QCOMPARE(commits.count(), 1);
     }
 
     void faults() {

@@ -122,6 +122,8 @@ private slots:
         };
         row("23 hours later", "fault clock +23h; begin", "0;0", "state=2");
         row("three days later", "fault clock +3d; begin", "0;114/224", "state=1 day=open fiscal=1");
+        row("the day end answers before the cover", "fault clock +3d; fault cover open; begin", "0;0;114/224",
+            "state=1");
         row("24 hours later, a credit note", "fault clock +24h; dio 1400 123456", "0;114/224", "state=1");
         row("after the Z report", "fault clock +3d; begin; zreport; begin", "0;114/224;0;0", "state=2 z=1");
         row("a date before the Z report", "zreport; setdate -1d", "0;114/219", "z=1");
