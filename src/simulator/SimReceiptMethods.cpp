@@ -25,13 +25,14 @@ QString QuantityLine(int32_t quantity, Amount unitPrice, const QString& unitName
     return (q + QStringLiteral(" x ") + sim::MoneyText(unitPrice) + u' ' + unitName).trimmed();
 }
 
-// The tender a payment description names: "0".."10" are the predefined lines, anything else cash.
-int TenderOf(const QString& description) {
+// The tender a payment description names: "0".."10" are the predefined lines (tenders 1..11), 0 for
+// anything else, which pays cash under its own name.
+int PredefinedTender(const QString& description) {
     bool numeric = false;
     const int line = description.toInt(&numeric);
     if (numeric && line >= 0 && line <= 10 && description == QString::number(line))
         return line + 1;
-    return FPTR_PDL_CASH;
+    return 0;
 }
 
 QString TenderName(int tender) {
@@ -211,8 +212,9 @@ int32_t SimulatedFiscalPrinter::PrintRecTotal(Amount& Total, Amount& Payment, QS
         return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_ITEM_AMOUNT, QStringLiteral("Bad amount"));
     if (CancelledByTotalCheck(Total))
         return m_resultCode;
-    const int tender = TenderOf(Description);
-    const QString name = tender != FPTR_PDL_CASH || Description.isEmpty() ? TenderName(tender) : Description;
+    const int predefined = PredefinedTender(Description);
+    const int tender = predefined ? predefined : FPTR_PDL_CASH;
+    const QString name = predefined || Description.isEmpty() ? TenderName(tender) : Description;
     const bool first = !m_doc.receipt->PaymentStarted();
     if (auto r = m_doc.receipt->Pay(Payment, tender))
         return Refuse(r);

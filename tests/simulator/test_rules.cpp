@@ -152,6 +152,8 @@ private slots:
             "0;0;0;114/214", "state=3");
         Row("cash gives change", "begin; item 1 10.00; total 10.00 4.00 1; total 10.00 20.00; end",
             "0;0;0;0;0", "tender1=600 tender2=400 has:RESTO=1");
+        Row("a predefined line names its tender", "begin; item 1 10.00; total 10.00 10.00 0; end", "0;0;0;0",
+            "tender1=1000 has:CONTANTI=1");
         Row("a free description pays cash", "begin; item 1 10.00; total 10.00 12.00 Mance; end", "0;0;0;0",
             "tender1=1000 has:Mance=1");
         Row("not paid", "begin; item 1 10.00; total 10.00 4.00; notpaid 6.00; end", "0;0;0;0;0",
