@@ -65,8 +65,7 @@ QString SimulatedFiscalPrinter::StateDump() const {
     return QStringList{
         pair("model", m_model.deviceName),
         pair("state", num(EffectivePrinterState())),
-        pair("day", m_memory->DayOpened() || (m_doc.receipt && !m_training) ? QStringLiteral("open")
-                                                                            : QStringLiteral("closed")),
+        pair("day", DayOpen() ? QStringLiteral("open") : QStringLiteral("closed")),
         pair("receipt", num(m_doc.number)),
         pair("total", sim::CentsText(m_doc.receipt ? m_doc.receipt->Total() : 0)),
         pair("training", num(m_training)),
@@ -169,7 +168,7 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
         return Result(OPOS_E_TIMEOUT, 0, QStringLiteral("Drawer still open"));
 
     case DIRECTIO_FPTR_BMPLOAD:
-        if (m_memory->DayOpened() || m_training)
+        if (DayOpen() || m_training)
             return wrongState(m_training ? "Training mode" : "Fiscal day open");
         return fromCode(m_bitmaps.Load(data[0], text));
     case DIRECTIO_FPTR_BMPPRINT: {
@@ -278,7 +277,7 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
     case DIRECTIO_FPTR_RESET_TOTALIZERS:
         if (!monitor)
             return wrongState("Printer not in monitor state");
-        if (m_memory->DayOpened() || m_training)
+        if (DayOpen() || m_training)
             return wrongState(m_training ? "Training mode" : "Fiscal day open");
         if (physical(FPTR_S_JOURNAL_RECEIPT))
             return m_resultCode;

@@ -62,10 +62,7 @@ QVariant SimulatedFiscalPrinter::ReadProperty(Prop id) {
         {Prop::Claimed, [](const P& p) -> QVariant { return p.m_claimed; }},
         {Prop::CoverOpen, [](const P& p) -> QVariant { return p.m_machine.CoverOpen(); }},
         {Prop::DateType, [](const P& p) -> QVariant { return p.m_session.dateType; }},
-        {Prop::DayOpened,
-         [](const P& p) -> QVariant {
-             return p.m_memory->DayOpened() || (p.m_doc.receipt && !p.m_training);
-         }},
+        {Prop::DayOpened, [](const P& p) -> QVariant { return p.DayOpen(); }},
         {Prop::DeviceEnabled, [](const P& p) -> QVariant { return p.m_enabled; }},
         {Prop::DeviceName, [](const P& p) -> QVariant { return p.m_deviceName; }},
         {Prop::DuplicateReceipt, [](const P& p) -> QVariant { return p.m_session.duplicateReceipt; }},

@@ -92,7 +92,7 @@ int32_t SimulatedFiscalPrinter::Check(const char* method, unsigned legalStates, 
                     text = QString::fromLatin1(names[s]);
         return Result(OPOS_E_EXTENDED, OPOS_EFPTR_WRONG_STATE, text);
     }
-    if ((flags & DayClosed) && m_memory->DayOpened())
+    if ((flags & DayClosed) && DayOpen())
         return Result(OPOS_E_EXTENDED, OPOS_EFPTR_WRONG_STATE, QStringLiteral("Fiscal day open"));
     if ((flags & NotTraining) && m_training)
         return Result(OPOS_E_EXTENDED, OPOS_EFPTR_WRONG_STATE, QStringLiteral("Refused in training mode"));

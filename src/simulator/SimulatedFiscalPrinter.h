@@ -200,6 +200,10 @@ private:
     int32_t CheckItemArguments(const QString& description, int32_t vatInfo, int32_t quantity, Amount price,
                                Amount unitPrice, int* vat);
     int32_t EffectivePrinterState() const;
+    // The fiscal day is open: in the fiscal memory, or by the first receipt of the day now printing.
+    bool DayOpen() const {
+        return m_memory->DayOpened() || (m_doc.receipt && !m_training);
+    }
     bool Queues(int stations, unsigned flags) const;
 
     // Printing

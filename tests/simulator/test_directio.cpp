@@ -115,6 +115,8 @@ private slots:
         row("bitmap load", 1100, {1}, bmp, 0, 0, {}, [](P& p, auto&) { QVERIFY(p.Bitmaps().Has(1)); });
         row("bitmap load, missing", 1100, {1}, missing, 109);
         row("bitmap load, day open", 1100, {1}, bmp, 114, 207, sale);
+        row("bitmap load, the day's first receipt printing", 1100, {1}, bmp, 114, 207,
+            [](P& p) { QCOMPARE(Begin(p), 0); });
         // Receipt station, centred, double width and height.
         row("bitmap print", 1101, {1, 50 + 4 + 8, 1}, {}, 0, 0, loaded, [](P& p, auto&) {
             const auto& line = p.ReceiptRoll().Lines().last();
