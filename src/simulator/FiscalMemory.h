@@ -4,11 +4,14 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QMap>
 #include <QStringList>
 
-#include <array>
+#include <memory>
 
 namespace sim {
+
+struct ModelSwitches;
 
 // One closed fiscal day as the fiscal memory keeps it.
 struct ZRecord {
@@ -16,20 +19,41 @@ struct ZRecord {
     QDateTime when;
     Totals day;
     Counters counters;
+    Tenders tenders{};
     Amount grandNet = 0; // grand total after this day
 };
 
 // A document of the electronic journal.
 struct JournalDocument {
-    enum class Kind { Fiscal = 2, NonFiscal = 3, CreditNote = 4, ZReport = 1, Other = 0 };
+    enum class Kind { Other = 0, ZReport = 1, Fiscal = 2, NonFiscal = 3, CreditNote = 4 };
     Kind kind = Kind::Other;
     int number = 0;  // receipt number in its day, Z number for a Z report
-    int zNumber = 0; // the day it belongs to: number of the next Z
+    int zNumber = 0; // the day it belongs to: the number its Z report gets
     QDateTime when;
     QStringList lines;
 };
 
-// The printer's permanent memory: day and grand totals, counters, Z records and the journal.
+struct HeaderLine {
+    QString text;
+    bool doubleWidth = false;
+    bool operator==(const HeaderLine&) const = default;
+};
+
+// What one ended fiscal receipt leaves behind.
+struct ReceiptRecord {
+    enum class Outcome { Sale, CreditNote, Voided };
+    Outcome outcome = Outcome::Sale;
+    Totals totals;          // a sale's totals; a credit note's amounts as refunds
+    Tenders tenders{};      // what the customer paid, by tender, change taken off cash
+    Amount voidedTotal = 0; // a voided receipt's running total when it was voided
+    QDateTime begunAt;      // the first receipt of a day opens the day at this time
+    JournalDocument document;
+};
+
+// The printer's permanent memory: everything that survives a power cut and counts fiscally. Reads
+// are free; every change goes through one commit, which is one whole document (a receipt, a Z
+// report, a non-fiscal document) or one setting, so that a store on disk can make each commit a
+// single transaction.
 class IFiscalMemory {
 public:
     virtual ~IFiscalMemory() = default;
@@ -37,65 +61,52 @@ public:
     virtual const Totals& DayTotals() const = 0;
     virtual const Totals& GrandTotals() const = 0;
     virtual const Counters& DayCounters() const = 0;
-    virtual Counters& MutableDayCounters() = 0;
     virtual const Counters& GrandCounters() const = 0;
-    virtual Counters& MutableGrandCounters() = 0;
-    virtual Amount DayTender(int tender) const = 0; // 1..22
-    virtual Amount DayVoided() const = 0;           // total of the day's voided receipts
-    // A closed receipt: its totals into the day and the grand total, its tenders into the day.
-    virtual void AddReceipt(const Totals& receipt, const std::array<Amount, 23>& tenders) = 0;
-    virtual void AddVoided(Amount total) = 0;
-    // Writes a Z record of the day and starts a new day; false when the memory is full.
-    virtual bool CloseDay(const QDateTime& when) = 0;
-    // Day totals back to zero without a Z record.
-    virtual void ResetDay() = 0;
+    virtual const Tenders& DayTenders() const = 0;
+    virtual Amount DayVoided() const = 0; // total of the day's voided receipts
+    virtual bool DayOpened() const = 0;
+    virtual QDateTime DayOpenedAt() const = 0;
+    // The time of the last fiscal document (receipt, credit note, voided receipt or Z report).
+    virtual QDateTime LastFiscalDocument() const = 0;
     virtual const QList<ZRecord>& ZRecords() const = 0;
     virtual int Remaining() const = 0;
-    virtual void SetRemaining(int records) = 0;
-    virtual void AppendJournal(const JournalDocument& doc) = 0;
     virtual const QList<JournalDocument>& Journal() const = 0;
+    virtual const QList<int32_t>& VatRates() const = 0; // hundredths of a percent, rate 1 first
+    virtual const QList<HeaderLine>& HeaderLines() const = 0;
+    virtual const QList<HeaderLine>& TrailerLines() const = 0;
+    virtual const QMap<int, int>& DepartmentLinks() const = 0; // department -> rate
     virtual int HeaderChanges() const = 0;
-    virtual void CountHeaderChange() = 0;
     virtual int VatChanges() const = 0;
-    virtual void CountVatChange() = 0;
+
+    // An ended receipt: counters, totals, tenders, day opening and journal in one.
+    virtual void CommitReceipt(const ReceiptRecord& receipt) = 0;
+    // A Z report: the day's record, the journal document, a new day. False, and nothing changed,
+    // when the memory is full.
+    virtual bool CommitZReport(const QDateTime& when, const JournalDocument& document) = 0;
+    // A non-fiscal document (a duplicate receipt is one): counted and journaled.
+    virtual void CommitNonFiscal(const JournalDocument& document) = 0;
+    virtual void CommitRestart() = 0;
+    // The day's totals back to zero without a Z record.
+    virtual void CommitDayReset() = 0;
+    virtual void CommitVatTable(const QList<int32_t>& rates) = 0;
+    virtual void CommitHeaderLine(int index, const HeaderLine& line) = 0; // index 0-based
+    virtual void CommitTrailerLine(int index, const HeaderLine& line) = 0;
+    virtual void CommitDepartmentLinks(const QMap<int, int>& links) = 0;
+    // The simulator's fault API: pretend that many Z records are left.
+    virtual void SetRemaining(int records) = 0;
 };
 
-class InMemoryFiscalMemory : public IFiscalMemory {
-public:
-    explicit InMemoryFiscalMemory(int capacity = 1800) : m_remaining(capacity) {}
+// The fiscal memory of a new printer of `model`, held in the process.
+std::unique_ptr<IFiscalMemory> MakeInMemoryFiscalMemory(const ModelSwitches& model, int capacity = 1800);
 
-    const Totals& DayTotals() const override { return m_day; }
-    const Totals& GrandTotals() const override { return m_grand; }
-    const Counters& DayCounters() const override { return m_dayCounters; }
-    Counters& MutableDayCounters() override { return m_dayCounters; }
-    const Counters& GrandCounters() const override { return m_grandCounters; }
-    Counters& MutableGrandCounters() override { return m_grandCounters; }
-    Amount DayTender(int tender) const override;
-    Amount DayVoided() const override { return m_dayVoided; }
-    void AddReceipt(const Totals& receipt, const std::array<Amount, 23>& tenders) override;
-    void AddVoided(Amount total) override { m_dayVoided += total; }
-    bool CloseDay(const QDateTime& when) override;
-    void ResetDay() override;
-    const QList<ZRecord>& ZRecords() const override { return m_z; }
-    int Remaining() const override { return m_remaining; }
-    void SetRemaining(int records) override { m_remaining = records; }
-    void AppendJournal(const JournalDocument& doc) override { m_journal.append(doc); }
-    const QList<JournalDocument>& Journal() const override { return m_journal; }
-    int HeaderChanges() const override { return m_headerChanges; }
-    void CountHeaderChange() override { ++m_headerChanges; }
-    int VatChanges() const override { return m_vatChanges; }
-    void CountVatChange() override { ++m_vatChanges; }
-
-private:
-    Totals m_day, m_grand;
-    Counters m_dayCounters, m_grandCounters;
-    std::array<Amount, 23> m_tenders{};
-    Amount m_dayVoided = 0;
-    QList<ZRecord> m_z;
-    QList<JournalDocument> m_journal;
-    int m_remaining;
-    int m_headerChanges = 0;
-    int m_vatChanges = 0;
-};
+// The day rules, read off the memory.
+// The day opened 24 hours or more before `now`: no fiscal receipt until a Z report.
+bool DayEndRequired(const IFiscalMemory& memory, const QDateTime& now);
+// `when`, to the minute, lies before the last fiscal document: the clock may not go there.
+bool BeforeLastFiscalDocument(const IFiscalMemory& memory, const QDateTime& when);
+// The number the next fiscal receipt of the day gets.
+int NextReceiptNumber(const IFiscalMemory& memory);
+// The number the next Z report gets, which is also the number of the day in progress.
+int CurrentDayNumber(const IFiscalMemory& memory);
 
 } // namespace sim

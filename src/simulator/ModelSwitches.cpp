@@ -4,8 +4,8 @@ namespace sim {
 
 const QList<ModelSwitches>& Models() {
     static const QList<ModelSwitches> models{
-        {QStringLiteral("ZorvaneFPU"), true, false, false, 8, {2200, 1000, 500, 400, 0, 0, 0, 0}},
-        {QStringLiteral("Tessorim"), false, true, true, 4, {2200, 1000, 500, 400}},
+        {QStringLiteral("ZorvaneFPU"), true, false, false, 8, {2200, 1000, 500, 400, 0, 0, 0, 0}, false},
+        {QStringLiteral("Tessorim"), false, true, true, 4, {2200, 1000, 500, 400}, false},
     };
     return models;
 }

@@ -15,6 +15,8 @@ struct ModelSwitches {
     bool checkTotalAtOpen = false;
     int numVatRates = 8;
     QList<int32_t> defaultVatRates; // hundredths of a percent, one per rate
+    // The day's VAT worked out on the day's totals per rate instead of summed from the receipts.
+    bool vatOnDayTotals = false;
 };
 
 const QList<ModelSwitches>& Models();

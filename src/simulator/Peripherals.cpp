@@ -1,11 +1,8 @@
 #include "Peripherals.h"
 
-#include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -53,29 +50,11 @@ int LoadMono(const QString& path, int maxWidth, QImage& out) {
     return kSuccess;
 }
 
-bool IsAsciiDigits(const QString& s) {
-    for (QChar c : s)
-        if (c < u'0' || c > u'9')
-            return false;
-    return true;
-}
-
-// GS1 check digit: data digits weighted 3, 1, 3, ... from the right.
-bool CheckDigitOk(const QString& digits) {
-    int sum = 0;
-    int weight = 3;
-    for (qsizetype i = digits.size() - 2; i >= 0; --i) {
-        sum += (digits[i].unicode() - u'0') * weight;
-        weight = 4 - weight;
-    }
-    return (10 - sum % 10) % 10 == digits.back().unicode() - u'0';
-}
-
 } // namespace
 
 // ---- CustomerDisplay ----
 
-CustomerDisplay::CustomerDisplay() {
+CustomerDisplay::CustomerDisplay(QObject* parent) : QObject(parent) {
     SetMode(1);
 }
 
@@ -86,6 +65,7 @@ bool CustomerDisplay::SetMode(int mode) {
     m_rows = QStringList(kModes[mode - 1].rows, QString());
     m_shownSlot = 0;
     m_shownImage = QImage();
+    emit changed();
     return true;
 }
 
@@ -108,12 +88,14 @@ void CustomerDisplay::Clear() {
         r.clear();
     m_shownSlot = 0;
     m_shownImage = QImage();
+    emit changed();
 }
 
 bool CustomerDisplay::PrintText(int row, const QString& text) {
     if (row < 1 || row > RowCount())
         return false;
     m_rows[row - 1] = text.left(Width(row));
+    emit changed();
     return true;
 }
 
@@ -141,6 +123,7 @@ int CustomerDisplay::EraseBitmap(int slot) {
     }
     if (m_standbySlot == slot)
         m_standbySlot = 0;
+    emit changed();
     return kSuccess;
 }
 
@@ -150,6 +133,7 @@ int CustomerDisplay::ShowBitmap(int x, int y, int slot) {
     m_shownSlot = slot;
     m_shownPos = QPoint(x, y);
     m_shownImage = m_bitmaps[slot - 1];
+    emit changed();
     return kSuccess;
 }
 
@@ -163,11 +147,13 @@ int CustomerDisplay::ShowBitmapFile(int x, int y, const QString& path) {
     m_shownSlot = 0;
     m_shownPos = QPoint(x, y);
     m_shownImage = img;
+    emit changed();
     return kSuccess;
 }
 
 void CustomerDisplay::SetStandbyText(const QString& text) {
     m_standbyText = text;
+    emit changed();
 }
 
 int CustomerDisplay::SetStandbyBitmap(int x, int y, int slot) {
@@ -175,6 +161,7 @@ int CustomerDisplay::SetStandbyBitmap(int x, int y, int slot) {
         return kIllegal;
     m_standbySlot = slot;
     m_standbyPos = QPoint(x, y);
+    emit changed();
     return kSuccess;
 }
 
@@ -187,9 +174,13 @@ int CustomerDisplay::ShownBitmap() const {
 }
 
 void CustomerDisplay::ShowTwoLines(const QString& top, const QString& bottom) {
-    Clear();
-    PrintText(1, top);
-    PrintText(2, bottom);
+    {
+        const QSignalBlocker once(this); // one announcement for the three steps
+        Clear();
+        PrintText(1, top);
+        PrintText(2, bottom);
+    }
+    emit changed();
 }
 
 QPoint CustomerDisplay::ShownBitmapPos() const {
@@ -284,85 +275,6 @@ bool BitmapStore::Has(int slot) const {
 
 QImage BitmapStore::Get(int slot) const {
     return ValidSlot(slot) ? m_slots[slot - 1] : QImage();
-}
-
-// ---- Barcodes ----
-
-bool IsValidBarcode(int type, const QString& data) {
-    switch (type) {
-    case 1:
-        if (!IsAsciiDigits(data) || (data.size() != 12 && data.size() != 13))
-            return false;
-        return data.size() == 12 || CheckDigitOk(data);
-    case 2:
-        if (!IsAsciiDigits(data) || (data.size() != 11 && data.size() != 12))
-            return false;
-        return data.size() == 11 || CheckDigitOk(data);
-    case 3:
-        return data.size() >= 2 && data.size() % 2 == 0 && IsAsciiDigits(data);
-    case 4: {
-        if (data.isEmpty())
-            return false;
-        static const QString extra = QStringLiteral(" -.$/+%");
-        for (QChar c : data) {
-            const bool ok = (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || extra.contains(c);
-            if (!ok)
-                return false;
-        }
-        return true;
-    }
-    default:
-        return false;
-    }
-}
-
-// ---- Report files ----
-
-QString ReportFolder() {
-    const QString folder =
-        QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                        QStringLiteral("/fpubench/reports"));
-    QDir().mkpath(folder);
-    return folder;
-}
-
-std::optional<QString> ResolveReportPath(const QString& name) {
-    // The bench was born on Windows: its users type backslashes.
-    QString n = name.trimmed();
-    n.replace(u'\\', u'/');
-    if (n.isEmpty() || n.endsWith(u'/'))
-        return std::nullopt;
-    const QStringList parts = n.split(u'/', Qt::SkipEmptyParts);
-    if (parts.contains(QStringLiteral("..")))
-        return std::nullopt;
-
-    const QString folder = ReportFolder();
-    const QString full = QDir::cleanPath(QDir::isAbsolutePath(n) ? n : folder + u'/' + n);
-    if (!full.startsWith(folder + u'/'))
-        return std::nullopt;
-    return full;
-}
-
-bool WriteReportFile(const QString& fullPath, int fileMode, const QStringList& lines) {
-    QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Text;
-    if (fileMode == 0)
-        mode |= QIODevice::Append;
-    else if (fileMode == 1)
-        mode |= QIODevice::Truncate;
-    else
-        return false;
-    if (fullPath.isEmpty())
-        return false;
-    QDir().mkpath(QFileInfo(fullPath).absolutePath());
-    QFile file(fullPath);
-    if (!file.open(mode))
-        return false;
-    for (const QString& line : lines) {
-        const QByteArray bytes = (line + u'\n').toUtf8();
-        if (file.write(bytes) != bytes.size())
-            return false;
-    }
-    return file.flush();
 }
 
 } // namespace sim

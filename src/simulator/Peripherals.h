@@ -8,14 +8,15 @@
 #include <QTimer>
 
 #include <array>
-#include <optional>
 
 namespace sim {
 
-// Customer display: modes 1 2x20, 2 3x22, 3 1x9+1x22, 4 1x10+1x22.
-class CustomerDisplay {
+// Customer display: modes 1 2x20, 2 3x22, 3 1x9+1x22, 4 1x10+1x22. Every change that shows is
+// announced by changed().
+class CustomerDisplay : public QObject {
+    Q_OBJECT
 public:
-    CustomerDisplay();
+    explicit CustomerDisplay(QObject* parent = nullptr);
     bool SetMode(int mode); // false for an unknown mode
     int Mode() const;
     int RowCount() const;
@@ -42,6 +43,9 @@ public:
     QImage ShownImage() const;
     int StandbyBitmap() const; // slot, 0 none
     bool HasBitmap(int slot) const;
+
+signals:
+    void changed();
 
 private:
     int m_mode = 1;
@@ -91,18 +95,5 @@ public:
 private:
     std::array<QImage, kSlots> m_slots;
 };
-
-// Barcode data check by type: 1 EAN13 (12 or 13 digits; 13th must be the right check digit),
-// 2 UPC (11 or 12 digits, same rule), 3 ITLV2of5 (even number of digits, at least 2),
-// 4 CODE39 (its character set: 0-9 A-Z space - . $ / + %).
-bool IsValidBarcode(int type, const QString& data);
-
-// Report files: a bare name goes into ReportFolder() (QStandardPaths::AppDataLocation or
-// GenericDataLocation + "/fpubench/reports", created on demand); a name that leaves that folder
-// (absolute path elsewhere, "..") is refused: nullopt.
-QString ReportFolder();
-std::optional<QString> ResolveReportPath(const QString& name);
-// fileMode 0 append, 1 create or rewrite. Returns false if the file can't be written.
-bool WriteReportFile(const QString& fullPath, int fileMode, const QStringList& lines);
 
 } // namespace sim

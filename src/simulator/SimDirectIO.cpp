@@ -1,6 +1,10 @@
 #include "SimulatedFiscalPrinter.h"
 
+#include "DebugCommand.h"
+#include "Money.h"
 #include "OposAll.h"
+#include "ReportFiles.h"
+#include "Reports.h"
 #include "Zorvane6DirectIO.h"
 
 #include <QRegularExpression>
@@ -30,14 +34,16 @@ int VendorStation(int32_t n) {
     }
 }
 
-int DateNumber(const QDateTime& when) {
-    const QDate d = when.date();
-    return d.year() * 10000 + d.month() * 100 + d.day();
+QString PaperText(sim::PaperLevel level) {
+    return level == sim::PaperLevel::Ok        ? QStringLiteral("ok")
+           : level == sim::PaperLevel::NearEnd ? QStringLiteral("nearend")
+                                               : QStringLiteral("empty");
 }
 } // namespace
 
 int32_t SimulatedFiscalPrinter::DirectIO(int32_t& Command, DirectIOData& pData, QString& pString) {
-    if (Check("DirectIO", kAny, 0))
+    // The simulator's own API answers in every state, offline and while output is queued.
+    if (Check("DirectIO", kAny, 0, Command == DIRECTIO_FPTR_DEBUG ? unsigned{Debug} : 0u))
         return m_resultCode;
     const int32_t rc = DirectIOCommand(Command, pData, pString);
     // Vendor commands print at once, never through the queue.
@@ -47,58 +53,88 @@ int32_t SimulatedFiscalPrinter::DirectIO(int32_t& Command, DirectIOData& pData, 
     return rc;
 }
 
+QString SimulatedFiscalPrinter::StateDump() const {
+    const auto& day = m_memory->DayCounters();
+    QStringList failures;
+    for (auto it = m_machine.PendingFailures().cbegin(); it != m_machine.PendingFailures().cend(); ++it)
+        failures << it.key() + u':' + QString::number(it.value().first) + u'/' +
+                        QString::number(it.value().second);
+    failures.sort();
+    const auto pair = [](const char* key, const QString& value) { return QLatin1String(key) + u'=' + value; };
+    const auto num = [](qint64 n) { return QString::number(n); };
+    return QStringList{
+        pair("model", m_model.deviceName),
+        pair("state", num(EffectivePrinterState())),
+        pair("day", DayOpen() ? QStringLiteral("open") : QStringLiteral("closed")),
+        pair("receipt", num(m_doc.number)),
+        pair("total", sim::CentsText(m_doc.receipt ? m_doc.receipt->Total() : 0)),
+        pair("training", num(m_training)),
+        pair("queue", num(m_queue.Pending())),
+        pair("error", num(m_queue.InError())),
+        pair("cover", m_machine.CoverOpen() ? QStringLiteral("open") : QStringLiteral("closed")),
+        pair("rec", PaperText(m_machine.ReceiptPaper())),
+        pair("jrn", PaperText(m_machine.JournalPaper())),
+        pair("offline", num(m_machine.Offline())),
+        pair("power", m_machine.PowerOff() ? QStringLiteral("off") : QStringLiteral("on")),
+        pair("clock", (m_machine.ClockOffsetSeconds() < 0 ? QString() : QStringLiteral("+")) +
+                          num(m_machine.ClockOffsetSeconds()) + u's'),
+        pair("printtime", num(m_queue.PrintTimePerLineMs())),
+        pair("fail", failures.isEmpty() ? QStringLiteral("-") : failures.join(u',')),
+        pair("z", num(m_memory->ZRecords().size())),
+        pair("remaining", num(m_memory->Remaining())),
+        pair("daytotal", sim::CentsText(m_memory->DayTotals().Sum(TotalKind::Net))),
+        pair("grandtotal", sim::CentsText(m_memory->GrandTotals().Sum(TotalKind::Net))),
+        pair("fiscal", num(day.fiscalReceipts)),
+        pair("voided", num(day.voidedReceipts)),
+        pair("creditnotes", num(day.creditNotes)),
+        pair("nonfiscal", num(day.nonFiscalDocs)),
+        pair("restarts", num(m_memory->GrandCounters().restarts)),
+        pair("journal", num(m_memory->Journal().size())),
+    }
+        .join(u' ');
+}
+
+int32_t SimulatedFiscalPrinter::RunDebugCommand(const sim::DebugCommand& c) {
+    using K = sim::DebugCommand::Kind;
+    switch (c.kind) {
+    case K::Cover:
+        SetCoverOpen(c.on);
+        break;
+    case K::ReceiptPaper:
+        SetReceiptPaper(c.level);
+        break;
+    case K::JournalPaper:
+        SetJournalPaper(c.level);
+        break;
+    case K::Offline:
+        SetOffline(c.on);
+        break;
+    case K::Power:
+        SetPowerOff(c.on);
+        break;
+    case K::Fail:
+        FailNextCall(c.method, c.code, c.extended);
+        break;
+    case K::Clock:
+        SetClockOffsetSeconds(ClockOffsetSeconds() + c.seconds);
+        break;
+    case K::PrintTime:
+        SetPrintTimePerLineMs(c.ms);
+        break;
+    }
+    return Ok();
+}
+
 int32_t SimulatedFiscalPrinter::WriteReport(const QString& name, int fileMode, const QStringList& lines,
                                             QString& text) {
     const auto path = sim::ResolveReportPath(name);
     if (!path)
-        return Result(OPOS_E_ILLEGAL, 0, QStringLiteral("Report file outside the report folder"));
+        return Result(OPOS_E_ILLEGAL, 0,
+                      QStringLiteral("Report file name refused: outside the report folder"));
     if (!sim::WriteReportFile(*path, fileMode, lines))
         return Result(OPOS_E_FAILURE, 0, QStringLiteral("Report file cannot be written"));
     text = *path;
     return Ok();
-}
-
-QStringList SimulatedFiscalPrinter::JournalReportLines(const DirectIOData& data) const {
-    const int mode = data[1];
-    const int type = data[2];
-    const int currentDay = static_cast<int>(m_memory->ZRecords().size()) + 1;
-    QStringList out;
-    out << QStringLiteral("GIORNALE ELETTRONICO");
-    for (const auto& doc : m_memory->Journal()) {
-        if (type != 0 && static_cast<int>(doc.kind) != type)
-            continue;
-        const int d = DateNumber(doc.when);
-        if (mode == 1 && (d < data[3] || d > data[4]))
-            continue;
-        if (mode == 2 && (doc.number < data[5] || doc.number > data[6]))
-            continue;
-        if (mode == 3 && doc.zNumber != currentDay)
-            continue;
-        out << QStringLiteral("---- %1 %2 %3")
-                   .arg(doc.kind == sim::JournalDocument::Kind::ZReport      ? QStringLiteral("Z")
-                        : doc.kind == sim::JournalDocument::Kind::NonFiscal  ? QStringLiteral("NF")
-                        : doc.kind == sim::JournalDocument::Kind::CreditNote ? QStringLiteral("NC")
-                                                                             : QStringLiteral("SF"))
-                   .arg(doc.number, 4, 10, QLatin1Char('0'))
-                   .arg(doc.when.toString(QStringLiteral("dd-MM-yyyy HH:mm")));
-        out << doc.lines;
-    }
-    return out;
-}
-
-QStringList SimulatedFiscalPrinter::FiscalMemorySummary() const {
-    QStringList out;
-    out << QStringLiteral("MEMORIA FISCALE");
-    out << QStringLiteral("MATRICOLA 99ZS000123");
-    out << QStringLiteral("CHIUSURE %1").arg(m_memory->ZRecords().size());
-    out << QStringLiteral("RECORD LIBERI %1").arg(m_memory->Remaining());
-    for (const auto& z : m_memory->ZRecords())
-        out << QStringLiteral("Z %1 %2 %3")
-                   .arg(z.number, 4, 10, QLatin1Char('0'))
-                   .arg(z.when.toString(QStringLiteral("dd-MM-yyyy HH:mm")),
-                        sim::MoneyText(z.day.Sum(TotalKind::Net)));
-    out << QStringLiteral("GRAN TOTALE %1").arg(sim::MoneyText(m_memory->GrandTotals().Sum(TotalKind::Net)));
-    return out;
 }
 
 int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& data, QString& text) {
@@ -107,7 +143,7 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
         return Result(OPOS_E_EXTENDED, OPOS_EFPTR_WRONG_STATE, QString::fromLatin1(why));
     };
     auto physical = [this](int stations) -> int32_t {
-        if (auto fault = PhysicalFault(stations))
+        if (const auto fault = m_machine.PhysicalFault(stations))
             return Refuse(*fault);
         return 0;
     };
@@ -117,23 +153,23 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
                                   code == OPOS_E_NOEXIST ? QStringLiteral("No such file")
                                                          : QStringLiteral("Bad bitmap or slot"));
     };
+    const bool monitor = EffectivePrinterState() == FPTR_PS_MONITOR;
 
     switch (command) {
     case DIRECTIO_FPTR_DRAWER_OPEN:
-        m_drawer->Open();
-        emit changed();
+        m_drawer.Open();
         return Ok();
     case DIRECTIO_FPTR_DRAWER_GET:
-        data[0] = m_drawer->IsOpen() ? 1 : 0;
+        data[0] = m_drawer.IsOpen() ? 1 : 0;
         return Ok();
     case DIRECTIO_FPTR_DRAWER_WAIT:
-        if (m_drawer->WaitClosed(data[0] < 0 ? 0 : data[0]))
+        if (m_drawer.WaitClosed(data[0] < 0 ? 0 : data[0]))
             return Ok();
         return Result(OPOS_E_TIMEOUT, 0, QStringLiteral("Drawer still open"));
 
     case DIRECTIO_FPTR_BMPLOAD:
-        if (m_dayOpened)
-            return wrongState("Fiscal day open");
+        if (DayOpen() || m_training)
+            return wrongState(m_training ? "Training mode" : "Fiscal day open");
         return fromCode(m_bitmaps.Load(data[0], text));
     case DIRECTIO_FPTR_BMPPRINT: {
         const int station = VendorStation(data[0]);
@@ -177,13 +213,9 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
         return m_display.SetMode(data[0]) ? Ok() : illegal("Bad display mode");
     case DIRECTIO_FPTR_DY_CLEAR:
         m_display.Clear();
-        emit changed();
         return Ok();
     case DIRECTIO_FPTR_DY_PRINTTEXT:
-        if (!m_display.PrintText(data[0], text))
-            return illegal("Bad display row");
-        emit changed();
-        return Ok();
+        return m_display.PrintText(data[0], text) ? Ok() : illegal("Bad display row");
     case DIRECTIO_FPTR_DY_BMPLOAD:
         return fromCode(m_display.LoadBitmap(data[0], text));
     case DIRECTIO_FPTR_DY_BMPERASE:
@@ -199,30 +231,34 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
         return fromCode(m_display.SetStandbyBitmap(data[0], data[1], data[2]));
 
     case DIRECTIO_FPTR_CREDITNOTE_BEGIN:
-        if (EffectivePrinterState() != FPTR_PS_MONITOR)
+        if (!monitor)
             return wrongState("Printer not in monitor state");
+        if (sim::DayEndRequired(*m_memory, Now()))
+            return Result(OPOS_E_EXTENDED, sim::kDayEndRequired,
+                          QStringLiteral("Day end required: print a Z report"));
         if (physical(FPTR_S_JOURNAL_RECEIPT))
             return m_resultCode;
-        StartReceipt(FPTR_RT_REFUND, text); // printed at once: DirectIO is never queued
+        StartReceipt(FPTR_RT_REFUND, text);
         return Ok();
     case DIRECTIO_FPTR_CREDITNOTE_END:
-        if (EffectivePrinterState() != FPTR_PS_FISCAL_RECEIPT_ENDING || !m_receipt ||
-            m_receipt->ReceiptType() != FPTR_RT_REFUND)
+        if (EffectivePrinterState() != FPTR_PS_FISCAL_RECEIPT_ENDING || !m_doc.receipt ||
+            m_doc.receipt->ReceiptType() != FPTR_RT_REFUND)
             return wrongState("No credit note to end");
         if (physical(FPTR_S_JOURNAL_RECEIPT))
             return m_resultCode;
-        FinishReceipt(m_receiptVoided);
+        FinishReceipt();
         return Ok();
 
     case DIRECTIO_FPTR_REPORT_EJ: {
         if (data[0] < 0 || data[0] > 2 || data[1] < 0 || data[1] > 3 || data[2] < 0 || data[2] > 4)
             return illegal("Bad report parameters");
-        const QStringList lines = JournalReportLines(data);
+        const QStringList lines =
+            sim::JournalReportLines(*m_memory, data[1], data[2], data[3], data[4], data[5], data[6]);
         if (data[0] == 2) {
             if (physical(FPTR_S_RECEIPT))
                 return m_resultCode;
             for (const auto& l : lines)
-                Emit(FPTR_S_RECEIPT, l);
+                EmitLine(FPTR_S_RECEIPT, PrintedLine::Plain(l));
             return Ok();
         }
         return WriteReport(text, data[0], lines, text);
@@ -230,20 +266,23 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
     case DIRECTIO_FPTR_REPORT_X:
         if (data[0] < 0 || data[0] > 1)
             return illegal("Bad file mode");
-        return WriteReport(text, data[0], QStringList{QStringLiteral("LETTURA GIORNALIERA")} + XReportLines(),
+        return WriteReport(text, data[0],
+                           QStringList{QStringLiteral("LETTURA GIORNALIERA")} +
+                               sim::DayReportLines(*m_memory, m_model),
                            text);
     case DIRECTIO_FPTR_REPORT_REQUEST:
         if (data[0] < 0 || data[0] > 1 || data[1] != 20)
             return illegal("Unknown report");
-        return WriteReport(text, data[0], FiscalMemorySummary(), text);
+        return WriteReport(text, data[0], sim::FiscalMemorySummary(*m_memory), text);
     case DIRECTIO_FPTR_RESET_TOTALIZERS:
-        if (EffectivePrinterState() != FPTR_PS_MONITOR)
+        if (!monitor)
             return wrongState("Printer not in monitor state");
-        if (m_dayOpened)
-            return wrongState("Fiscal day open");
+        if (DayOpen() || m_training)
+            return wrongState(m_training ? "Training mode" : "Fiscal day open");
         if (physical(FPTR_S_JOURNAL_RECEIPT))
             return m_resultCode;
-        m_memory->ResetDay();
+        m_memory->CommitDayReset();
+        CommitNotice();
         Emit(FPTR_S_JOURNAL_RECEIPT, QStringLiteral("AZZERAMENTO TOTALI"));
         if (!text.isEmpty())
             Emit(FPTR_S_JOURNAL_RECEIPT, text);
@@ -261,34 +300,32 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
         if (keys.isEmpty())
             return illegal("No keys");
         m_display.PrintText(1, keys);
-        m_journalRoll.Append(
-            PrintedLine{PrintedLine::Kind::Text, QStringLiteral("TASTIERA %1").arg(text), {}, 0, 0, 0});
-        emit changed();
+        m_journalRoll.Append(PrintedLine::Plain(QStringLiteral("TASTIERA ") + text));
         return Ok();
     }
-    case DIRECTIO_FPTR_DEPARTMENTCFG:
+    case DIRECTIO_FPTR_DEPARTMENTCFG: {
         if (data[0] == 0) {
             text = DepartmentLinks();
             return Ok();
         }
-        if (data[0] == 1) {
-            static const QRegularExpression link(QStringLiteral("^(\\d{1,3})([A-Za-z])$"));
-            QMap<int, int> links;
-            const QStringList parts = text.split(u',');
-            for (const auto& p : parts) {
-                const auto m = link.match(p.trimmed());
-                if (!m.hasMatch())
-                    return illegal("Bad department links");
-                const int dept = m.captured(1).toInt();
-                const int rate = m.captured(2).toUpper().at(0).unicode() - u'A' + 1;
-                if (dept < 1 || dept > 250 || rate > m_model.numVatRates)
-                    return illegal("Bad department links");
-                links[dept] = rate;
-            }
-            m_departments = links;
-            return Ok();
+        if (data[0] != 1)
+            return illegal("Bad department command");
+        static const QRegularExpression link(QStringLiteral("^(\\d{1,3})([A-Za-z])$"));
+        QMap<int, int> links;
+        for (const auto& p : text.split(u',')) {
+            const auto m = link.match(p.trimmed());
+            if (!m.hasMatch())
+                return illegal("Bad department links");
+            const int dept = m.captured(1).toInt();
+            const int rate = m.captured(2).toUpper().at(0).unicode() - u'A' + 1;
+            if (dept < 1 || dept > 250 || rate > m_model.numVatRates)
+                return illegal("Bad department links");
+            links[dept] = rate;
         }
-        return illegal("Bad department command");
+        m_memory->CommitDepartmentLinks(links);
+        CommitNotice();
+        return Ok();
+    }
     case DIRECTIO_FPTR_GETVIRTUALTICKET:
         text = ReceiptText();
         return Ok();
@@ -298,19 +335,14 @@ int32_t SimulatedFiscalPrinter::DirectIOCommand(int32_t command, DirectIOData& d
         m_pollingMs = data[1];
         return Ok();
     case DIRECTIO_FPTR_DEBUG:
-        text = QStringLiteral("model=%1 printerState=%2 day=%3 receipt=%4 total=%5 training=%6 queue=%7 "
-                              "cover=%8 rec=%9 jrn=%10 z=%11")
-                   .arg(m_model.deviceName)
-                   .arg(EffectivePrinterState())
-                   .arg(m_dayOpened ? QStringLiteral("open") : QStringLiteral("closed"))
-                   .arg(m_receiptNumber)
-                   .arg(sim::CentsText(m_receipt ? m_receipt->Total() : 0))
-                   .arg(m_training ? 1 : 0)
-                   .arg(m_queue.size())
-                   .arg(m_coverOpen ? 1 : 0)
-                   .arg(static_cast<int>(m_recPaper))
-                   .arg(static_cast<int>(m_jrnPaper))
-                   .arg(m_memory->ZRecords().size());
+        if (!text.trimmed().isEmpty()) {
+            QString why;
+            const auto command = sim::ParseDebugCommand(text, &why);
+            if (!command)
+                return Result(OPOS_E_ILLEGAL, 0, QStringLiteral("Bad simulator command: ") + why);
+            RunDebugCommand(*command);
+        }
+        text = StateDump();
         return Ok();
     default:
         return illegal("Unknown command");

@@ -2,29 +2,32 @@
 
 #include "FiscalMemory.h"
 #include "FiscalReceipt.h"
+#include "Machine.h"
 #include "ModelSwitches.h"
+#include "OutputQueue.h"
 #include "Paper.h"
 #include "Peripherals.h"
 #include "PropertyRouter.h"
 
 #include <QDateTime>
-#include <QHash>
 #include <QMap>
 #include <QObject>
-#include <QTimer>
 
-#include <deque>
-#include <functional>
 #include <memory>
 #include <optional>
 
 namespace sim {
-enum class PaperLevel { Ok, NearEnd, Empty };
-}
+struct DebugCommand;
+// UnifiedPOS 1.11's "day end required": outside the bench's table of extended codes.
+inline constexpr int32_t kDayEndRequired = 224;
+} // namespace sim
 
 // The in-process fiscal printer: an Italian-style printer with an electronic journal and a
-// customer display behind the control interface. Its fiscal state lives in the object, like
-// in the hardware: it survives Close and Open of the same model.
+// customer display behind the control interface. It keeps the control's interface and the order
+// of checks; the work is done by its parts: the machine (sensors, power, clock, injected failures),
+// the output queue, the event gate, the receipt rules, the fiscal memory, the report builders, the
+// rolls and the peripherals. Its fiscal state lives in the object, like in the hardware: it
+// survives Close and Open of the same model.
 class SimulatedFiscalPrinter : public QObject, public PropertyRouter {
     Q_OBJECT
 public:
@@ -42,51 +45,63 @@ public:
     QVariant ReadProperty(Prop id) override;
     void WriteProperty(Prop id, const QVariant& value) override;
 
-    // Faults. Sensor changes raise their status events while the device is enabled.
+    // Faults. Sensor changes raise their status events while the device is enabled. They change
+    // behaviour only through the printer's rules.
     void SetCoverOpen(bool open);
     void SetReceiptPaper(PaperLevel level);
     void SetJournalPaper(PaperLevel level);
     void SetOffline(bool offline);
+    // Off loses the queued output; on again counts a restart and voids a receipt left open.
     void SetPowerOff(bool off);
     // The next call of `method` (a method name, or "Set" + a property name for a write) fails.
     void FailNextCall(const QString& method, int32_t code, int32_t extended = 0);
     void SetPrintTimePerLineMs(int ms) {
-        m_printMsPerLine = ms < 0 ? 0 : ms;
+        m_queue.SetPrintTimePerLineMs(ms);
     }
-    void SetClockOffsetSeconds(qint64 seconds) {
-        m_clockOffset = seconds;
-    }
+    // False, and the clock unchanged, when it would run back behind the last fiscal document.
+    bool SetClockOffsetSeconds(qint64 seconds);
     void SetRemainingFiscalMemory(int records);
     void OpenDrawer() {
-        m_drawer->Open();
+        m_drawer.Open();
     }
     void CloseDrawer() {
-        m_drawer->Close();
+        m_drawer.Close();
     }
 
     // Observation.
     bool IsCoverOpen() const {
-        return m_coverOpen;
+        return m_machine.CoverOpen();
     }
     PaperLevel ReceiptPaper() const {
-        return m_recPaper;
+        return m_machine.ReceiptPaper();
     }
     PaperLevel JournalPaper() const {
-        return m_jrnPaper;
+        return m_machine.JournalPaper();
     }
     bool IsOffline() const {
-        return m_offline;
+        return m_machine.Offline();
     }
     bool IsPowerOff() const {
-        return m_powerOff;
+        return m_machine.PowerOff();
     }
     int PrintTimePerLineMs() const {
-        return m_printMsPerLine;
+        return m_queue.PrintTimePerLineMs();
     }
     qint64 ClockOffsetSeconds() const {
-        return m_clockOffset;
+        return m_machine.ClockOffsetSeconds();
     }
-    QDateTime Now() const;
+    QDateTime Now() const {
+        return m_machine.Now();
+    }
+    const sim::Machine& Hardware() const {
+        return m_machine;
+    }
+    const sim::OutputQueue& Queue() const {
+        return m_queue;
+    }
+    const sim::EventGate& Events() const {
+        return m_events;
+    }
     const sim::PaperRoll& ReceiptRoll() const {
         return m_receiptRoll;
     }
@@ -97,7 +112,7 @@ public:
         return m_display;
     }
     sim::CashDrawer& Drawer() {
-        return *m_drawer;
+        return m_drawer;
     }
     const sim::BitmapStore& Bitmaps() const {
         return m_bitmaps;
@@ -106,35 +121,60 @@ public:
         return *m_memory;
     }
     const sim::FiscalReceipt* CurrentReceipt() const {
-        return m_receipt ? &*m_receipt : nullptr;
+        return m_doc.receipt ? &*m_doc.receipt : nullptr;
     }
     const sim::ModelSwitches& Model() const {
         return m_model;
     }
-    // The open receipt, or the last one, as plain text.
+    // The open receipt, or the last document, as plain text.
     QString ReceiptText() const;
     int PendingJobs() const {
-        return static_cast<int>(m_queue.size());
+        return m_queue.Pending();
     }
     QString DepartmentLinks() const;
     int PollingTimeMs() const {
         return m_pollingMs;
     }
+    int TrainingReceipts() const {
+        return m_trainingReceipts;
+    }
+    // The one-line state dump of DirectIO 9999.
+    QString StateDump() const;
 
 signals:
-    // Something the simulator's window shows has changed.
-    void changed();
+    void printerStateChanged(int32_t state);
+    // A commit reached the fiscal memory: totals, counters, journal, Z records or settings.
+    void fiscalMemoryChanged();
+    // Open, claimed, enabled or the session properties changed.
+    void sessionChanged();
 
 private:
-    struct Output {
-        int station; // 1 journal, 2 receipt, 3 both
-        sim::PrintedLine line;
+    // What the application set since Open: back to these at every Open.
+    struct Session {
+        bool asyncMode = false, checkTotal = false, flagWhenIdle = false, duplicateReceipt = false;
+        QString additionalHeader, additionalTrailer, changeDue, preLine, postLine, checkHealthText;
+        int32_t binaryConversion = 0, dateType = 4, messageType = 1, powerNotify = 0, totalizerType = 2;
+        int32_t fiscalReceiptType = 4, fiscalReceiptStation = 1;
+        int32_t outputId = 0, errorLevel = 1, errorOutId = 0, errorState = 0, errorStation = 0;
     };
-    struct Job {
-        int32_t id;
-        int station;
-        QList<Output> lines;
-        std::function<void()> onDone;
+    // The document being printed.
+    struct Document {
+        std::optional<sim::FiscalReceipt> receipt;
+        bool voided = false; // voided, waiting for EndFiscalReceipt
+        bool nonFiscal = false;
+        int number = 0;
+        QString creditNoteNumber;
+        QDateTime begunAt;
+        QStringList text;                // as the receipt station printed it, one line per element
+        QList<sim::PrintedLine> printed; // the same, with attributes: what a duplicate copies
+    };
+    // How a call is checked.
+    enum Flag : unsigned {
+        AlwaysSync = 1,  // never queued: output on paper when it returns, 113 while output is queued
+        DayClosed = 2,   // 114/207 while the fiscal day is open
+        NotTraining = 4, // 114/207 in training mode
+        Debug = 8,       // the simulator's own API: no 108, no lock, no 113
+        NewDay = 16,     // opens a fiscal document: 114/224 once the day must end
     };
     static constexpr unsigned In(int32_t state) {
         return 1u << state;
@@ -148,132 +188,94 @@ private:
     int32_t Refuse(const sim::Refusal& r) {
         return Result(r.code, r.extended, r.text);
     }
+    enum class Need { Open, Claimed, Enabled };
+    // The first checks of every call: an injected failure, then closed (101), not claimed (103) and
+    // not enabled (105), as far as `need` goes.
+    int32_t CheckSession(const char* method, Need need);
     // The common order of checks; 0 when the call may go on, else the result already set.
-    int32_t Check(const char* method, unsigned legalStates, int stations, bool dayMustBeClosed = false,
-                  bool capable = true);
-    bool ConsumeFailure(const QString& name);
-    std::optional<sim::Refusal> PhysicalFault(int stations) const;
+    int32_t Check(const char* method, unsigned legalStates, int stations, unsigned flags = 0);
     int32_t ResolveVat(int32_t vatInfo, int* rate);
     int32_t CheckDescription(const QString& text);
-    // The first checks of every call: an injected failure, then closed (101), not claimed (103) and
-    // not enabled (105), as far as `need` goes. Clears the output of the previous call.
-    enum class Session { Open, Claimed, Enabled };
-    int32_t CheckSession(const char* method, Session need);
-    int32_t CheckItemArguments(const QString& description, int32_t vatInfo, int32_t quantity,
+    int32_t CheckPrintedText(const QString& text, int maxLength);
+    int32_t CheckItemArguments(const QString& description, int32_t vatInfo, int32_t quantity, Amount price,
                                Amount unitPrice, int* vat);
-    int32_t ItemAdjustment(const char* method, int32_t type, const QString& description, Amount amount,
-                           int32_t vatInfo, bool isVoid);
-    int32_t RefundLine(const char* method, const QString& description, Amount amount, int32_t vatInfo,
-                       bool isVoid);
-    bool Async() const {
-        return m_asyncMode;
+    int32_t EffectivePrinterState() const;
+    // The fiscal day is open: in the fiscal memory, or by the first receipt of the day now printing.
+    bool DayOpen() const {
+        return m_memory->DayOpened() || (m_doc.receipt && !m_training);
     }
+    bool Queues(int stations, unsigned flags) const;
 
     // Printing
     void Emit(int station, const QString& textWithSequences, sim::PrintAttributes base = {});
     void EmitLine(int station, const sim::PrintedLine& line);
-    void EmitAmountLine(int station, const QString& text, Amount amount);
+    void EmitMoney(int station, const QString& label, Amount amount);
     void EmitPreLine();
     void EmitPostLine();
-    int32_t Flush(std::function<void()> onDone = {});
-    void Apply(const QList<Output>& lines);
-    void StartNextJob();
-    void RunJob();
-    void ClearQueue();
-    void CheckIdle();
+    // Ends the call's output: queued when the call may be, else on paper at once.
+    int32_t Flush(unsigned flags = 0);
+    void Apply(const sim::Outputs& lines);
+    void ShowOnDisplay(const QString& top, Amount amount);
 
     // Events
     void Deliver(std::function<void()> event);
     void RaiseStatus(int32_t status);
-    void ReleaseHeld();
+    void OnJobFaulted(int32_t id, int stations, const sim::Refusal& fault);
+    void CheckIdle();
 
-    // Fiscal documents
-    void ResetFiscalState(const sim::ModelSwitches& model);
+    // Documents
     void EnterState(int32_t state);
-    int32_t EffectivePrinterState() const;
-    void PrintReceiptHead();
-    void FinishReceipt(bool voided);
-    void PrintDayTotals(const sim::Totals& t, const sim::Counters& c);
-    QStringList XReportLines() const;
-    QString TenderName(int tender) const;
-    bool ParseDate(const QString& text, QDateTime* out) const;
-    int32_t BeginReceiptOfType(int32_t type, const QString& creditNoteNumber);
-    // Opens a receipt of `type` on paper and in the printer state, without queueing anything.
     void StartReceipt(int32_t type, const QString& creditNoteNumber);
-    int32_t EndReceipt();
-    void ShowOnDisplay(const QString& top, Amount amount);
+    void PrintReceiptHead();
+    // Prints the receipt's end and commits it to the fiscal memory, voided when m_doc.voided.
+    void FinishReceipt();
+    void FinishNonFiscal();
+    void AfterPowerCut();
+    void CommitNotice() {
+        emit fiscalMemoryChanged();
+    }
+    int32_t ItemAdjustment(const char* method, int32_t type, const QString& description, Amount amount,
+                           int32_t vatInfo, bool isVoid);
+    int32_t RefundLine(const char* method, const QString& description, Amount amount, int32_t vatInfo,
+                       bool isVoid);
+    // The total check of the models that have one: a mismatch cancels the receipt.
+    bool CancelledByTotalCheck(Amount total);
+    int32_t PrintReportDocument(const QString& title, const QStringList& lines, QStringList* text = nullptr);
 
     // DirectIO
     int32_t DirectIOCommand(int32_t command, DirectIOData& data, QString& text);
+    int32_t RunDebugCommand(const sim::DebugCommand& command);
     int32_t WriteReport(const QString& name, int fileMode, const QStringList& lines, QString& text);
-    QStringList JournalReportLines(const DirectIOData& data) const;
-    QStringList FiscalMemorySummary() const;
 
     IFiscalPrinterEvents* m_sink = nullptr;
 
-    // Session: set at Open
-    bool m_open = false;
-    bool m_claimed = false;
-    bool m_enabled = false;
+    // The session with the application
+    bool m_open = false, m_claimed = false, m_enabled = false;
     QString m_deviceName;
-    int32_t m_resultCode = 0;
-    int32_t m_resultExtended = 0;
+    int32_t m_resultCode = 0, m_resultExtended = 0;
     QString m_errorString;
-    bool m_asyncMode = false;
-    bool m_checkTotal = false;
-    bool m_flagWhenIdle = false;
-    bool m_freezeEvents = false;
-    bool m_duplicateReceipt = false;
-    QString m_additionalHeader, m_additionalTrailer, m_changeDue, m_preLine, m_postLine;
-    int32_t m_binaryConversion = 0, m_dateType = 4, m_messageType = 1, m_powerNotify = 0, m_totalizerType = 2;
-    int32_t m_fiscalReceiptType = 4, m_fiscalReceiptStation = 1;
-    int32_t m_outputId = 0, m_errorLevel = 1, m_errorOutId = 0, m_errorState = 0, m_errorStation = 0;
-    QString m_checkHealthText;
+    Session m_session;
 
-    // The printer's fiscal state
+    // The printer's own state: survives Close and Open
     sim::ModelSwitches m_model;
     std::unique_ptr<sim::IFiscalMemory> m_memory;
-    QList<int32_t> m_vatRates;
     QMap<int, int32_t> m_pendingVat;
-    struct HeadLine {
-        QString text;
-        bool doubleWidth = false;
-    };
-    QList<HeadLine> m_header, m_trailer;
     QString m_posId, m_cashierId;
-    bool m_dayOpened = false;
     int32_t m_printerState = 1;
     bool m_training = false;
-    std::optional<sim::FiscalReceipt> m_receipt;
-    bool m_receiptVoided = false;
-    int m_receiptNumber = 0;
-    QString m_creditNoteNumber;
-    QStringList m_docLines; // the open document's receipt text
-    QList<sim::PrintedLine> m_docPrinted;
-    QStringList m_lastReceiptLines;
-    QList<sim::PrintedLine> m_kept; // for PrintDuplicateReceipt
-    bool m_hasKept = false;
-    QMap<int, int> m_departments; // department -> rate
+    int m_trainingReceipts = 0;
+    Document m_doc;
+    QStringList m_lastDocText;
+    std::optional<QList<sim::PrintedLine>> m_kept; // for PrintDuplicateReceipt
     int m_pollingMs = 1000;
 
-    // The machine
+    // The machine and its parts
+    sim::Machine m_machine;
     sim::PaperRoll m_receiptRoll, m_journalRoll;
     sim::CustomerDisplay m_display;
-    sim::CashDrawer* m_drawer;
+    sim::CashDrawer m_drawer;
     sim::BitmapStore m_bitmaps;
-    bool m_coverOpen = false;
-    PaperLevel m_recPaper = PaperLevel::Ok, m_jrnPaper = PaperLevel::Ok;
-    bool m_offline = false;
-    bool m_powerOff = false;
-    qint64 m_clockOffset = 0;
-    int m_printMsPerLine = 20;
-    QHash<QString, std::pair<int32_t, int32_t>> m_failNext;
-
-    // Output
-    QList<Output> m_out;
-    std::deque<Job> m_queue;
-    int32_t m_nextOutputId = 0;
-    bool m_inError = false;
-    QTimer m_jobTimer;
-    std::deque<std::function<void()>> m_held;
+    sim::OutputQueue m_queue;
+    sim::EventGate m_events;
+    sim::Outputs m_out; // the current call's output
 };

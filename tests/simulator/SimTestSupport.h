@@ -65,15 +65,13 @@ inline int32_t End(SimulatedFiscalPrinter& p) {
     bool header = false;
     return p.EndFiscalReceipt(header);
 }
-inline int32_t Item(SimulatedFiscalPrinter& p, QString desc, Amount price, int32_t vat = 1) {
-    int32_t quantity = 0;
-    Amount unitPrice = 0;
+inline int32_t Item(SimulatedFiscalPrinter& p, QString desc, Amount price, int32_t vat = 1,
+                    int32_t quantity = 0, Amount unitPrice = 0) {
     QString unit;
     return p.PrintRecItem(desc, price, quantity, vat, unitPrice, unit);
 }
-inline int32_t ItemVoid(SimulatedFiscalPrinter& p, QString desc, Amount price, int32_t vat = 1) {
-    int32_t quantity = 0;
-    Amount unitPrice = 0;
+inline int32_t ItemVoid(SimulatedFiscalPrinter& p, QString desc, Amount price, int32_t vat = 1,
+                        int32_t quantity = 0, Amount unitPrice = 0) {
     QString unit;
     return p.PrintRecItemVoid(desc, price, quantity, vat, unitPrice, unit);
 }
@@ -85,8 +83,7 @@ inline int32_t SubAdjust(SimulatedFiscalPrinter& p, int32_t type, Amount amount)
     QString d = QStringLiteral("Sub");
     return p.PrintRecSubtotalAdjustment(type, d, amount);
 }
-inline int32_t Subtotal(SimulatedFiscalPrinter& p) {
-    Amount a = 0;
+inline int32_t Subtotal(SimulatedFiscalPrinter& p, Amount a = 0) {
     return p.PrintRecSubtotal(a);
 }
 inline int32_t Total(SimulatedFiscalPrinter& p, Amount total, Amount payment, QString desc = {}) {
@@ -106,6 +103,11 @@ inline QString Data(SimulatedFiscalPrinter& p, int32_t item, int32_t opt = 0) {
 }
 inline int32_t Normal(SimulatedFiscalPrinter& p, int32_t station, QString text) {
     return p.PrintNormal(station, text);
+}
+inline int32_t Debug(SimulatedFiscalPrinter& p, QString command) {
+    int32_t cmd = 9999;
+    DirectIOData data{};
+    return p.DirectIO(cmd, data, command);
 }
 // One paid, closed receipt of a single item.
 inline void Sale(SimulatedFiscalPrinter& p, Amount price) {

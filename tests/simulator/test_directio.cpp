@@ -92,6 +92,12 @@ private slots:
             QCOMPARE(Begin(p), 0);
             QCOMPARE(Item(p, QStringLiteral("OPEN"), M(100)), 0);
         };
+        const Prep queued = [](P& p) {
+            QCOMPARE(Begin(p), 0);
+            p.SetPrintTimePerLineMs(5000);
+            p.SetAsyncMode(true);
+            QCOMPARE(Item(p, QStringLiteral("SLOW"), M(100)), 0);
+        };
         const auto row = [](const char* name, int cmd, QList<int> data, QString text, int rc,
                             int extended = 0, Prep prep = {}, Check check = {}) {
             QTest::newRow(name) << cmd << data << text << prep << rc << extended << check;
@@ -109,6 +115,8 @@ private slots:
         row("bitmap load", 1100, {1}, bmp, 0, 0, {}, [](P& p, auto&) { QVERIFY(p.Bitmaps().Has(1)); });
         row("bitmap load, missing", 1100, {1}, missing, 109);
         row("bitmap load, day open", 1100, {1}, bmp, 114, 207, sale);
+        row("bitmap load, the day's first receipt printing", 1100, {1}, bmp, 114, 207,
+            [](P& p) { QCOMPARE(Begin(p), 0); });
         // Receipt station, centred, double width and height.
         row("bitmap print", 1101, {1, 50 + 4 + 8, 1}, {}, 0, 0, loaded, [](P& p, auto&) {
             const auto& line = p.ReceiptRoll().Lines().last();
@@ -215,8 +223,37 @@ private slots:
         row("polling time 32768", 9003, {1, 32768, -1, -1}, {}, 106);
         row("dump", 9999, {}, {}, 0, 0, {}, [](P&, const Call& c) {
             QVERIFY(!c.text.contains(u'\n'));
-            QVERIFY(c.text.contains(QStringLiteral("ZorvaneFPU")));
+            QVERIFY(c.text.startsWith(QStringLiteral("model=ZorvaneFPU state=1 ")));
         });
+        row("simulator: cover open", 9999, {}, "cover open", 0, 0, {}, [](P& p, const Call& c) {
+            QVERIFY(p.IsCoverOpen());
+            QVERIFY(c.text.contains(QStringLiteral(" cover=open ")));
+        });
+        row("simulator: a bad command changes nothing", 9999, {}, "cover ajar", 106, 0, {},
+            [](P& p, const Call& c) {
+                QVERIFY(!p.IsCoverOpen());
+                QCOMPARE(c.text, QStringLiteral("cover ajar"));
+            });
+        row(
+            "simulator: answers while powered off", 9999, {}, "power on", 0, 0,
+            [](P& p) { p.SetPowerOff(true); }, [](P& p, auto&) { QVERIFY(!p.IsPowerOff()); });
+        row(
+            "simulator: answers while offline", 9999, {}, "online", 0, 0, [](P& p) { p.SetOffline(true); },
+            [](P& p, auto&) { QVERIFY(!p.IsOffline()); });
+        row("other commands while offline", 1001, {}, {}, 108, 0, [](P& p) { p.SetOffline(true); });
+        row("simulator: answers while output is queued", 9999, {}, "receipt empty", 0, 0, queued,
+            [](P& p, auto&) { QCOMPARE(p.ReceiptPaper(), PaperLevel::Empty); });
+        row("other commands while output is queued", 1001, {}, {}, 113, 0, queued);
+        row("simulator: fail a call", 9999, {}, "fail PrintRecItem 114 214", 0, 0, {}, [](P& p, auto&) {
+            QCOMPARE(Begin(p), 0);
+            QCOMPARE(Item(p, QStringLiteral("A"), M(100)), OPOS_E_EXTENDED);
+            QCOMPARE(p.ResultCodeExtended(), OPOS_EFPTR_BAD_ITEM_AMOUNT);
+            QCOMPARE(Item(p, QStringLiteral("A"), M(100)), 0);
+        });
+        row("simulator: print time", 9999, {}, "print time 7", 0, 0, {},
+            [](P& p, auto&) { QCOMPARE(p.PrintTimePerLineMs(), 7); });
+        row("simulator: clock", 9999, {}, "clock +1h", 0, 0, {},
+            [](P& p, auto&) { QCOMPARE(p.ClockOffsetSeconds(), 3600); });
     }
     void commands() {
         QFETCH(int, cmd);

@@ -1,7 +1,6 @@
-#include "Paper.h"
 #include "Peripherals.h"
+#include "PrintControl.h"
 
-#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QPainter>
@@ -13,39 +12,12 @@ using namespace sim;
 
 namespace {
 
-const QString Esc(QChar(27));
-
-QString Seq(const char* token) {
-    return Esc + QLatin1String(token);
-}
-
 // The standard check digit: weights 1 and 3 from the left for EAN-13, 3 and 1 for UPC-A.
 int CheckDigit(const QString& digits, int firstWeight) {
     int sum = 0;
     for (int i = 0; i < digits.size(); ++i)
         sum += digits[i].digitValue() * (i % 2 == 0 ? firstWeight : 4 - firstWeight);
     return (10 - sum % 10) % 10;
-}
-
-// One line as "text{flags}", "<R type:data>", "<B slot>" or "<F lines>"; flags: w double width, h double
-// height, s half height, b boxed, k blink, v reverse, c centre, r right, L/R/U/D rotation.
-QString Describe(const PrintedLine& l) {
-    const PrintAttributes& a = l.attr;
-    const QString f = QString(a.doubleWidth ? "w" : "") + (a.doubleHeight ? "h" : "") +
-                      (a.halfHeight ? "s" : "") + (a.boxed ? "b" : "") + (a.blink ? "k" : "") +
-                      (a.reverse ? "v" : "") + QStringList{"", "c", "r"}[int(a.align)] +
-                      QStringList{"", "L", "R", "U", "D"}[int(a.rotation)];
-    const QString attr = f.isEmpty() ? QString() : u'{' + f + u'}';
-    const QString body[] = {l.text, QStringLiteral("<R%1:%2>").arg(l.barcodeType).arg(l.text),
-                            QStringLiteral("<B%1>").arg(l.bitmapSlot),
-                            QStringLiteral("<F%1>").arg(l.feedLines)};
-    return body[int(l.kind)] + attr; // Text, Barcode, Bitmap, Feed
-}
-QString Describe(const QList<PrintedLine>& lines) {
-    QStringList out;
-    for (const PrintedLine& l : lines)
-        out << Describe(l);
-    return out.join(u'/');
 }
 
 // A 1x1 GIF (white and black palette, one black pixel). Qt can read GIF but not write it.
@@ -73,9 +45,6 @@ class TestPeripherals : public QObject {
 private slots:
     void initTestCase() {
         QVERIFY(m_dir.isValid());
-        // Outside ctest nobody set a private data folder: never write into the user's.
-        if (qEnvironmentVariableIsEmpty("XDG_DATA_HOME"))
-            qputenv("XDG_DATA_HOME", m_dir.filePath(QStringLiteral("xdg-data")).toLocal8Bit());
         QVERIFY(!MakeBmp("ok.bmp", 100, 40).isEmpty());
         QVERIFY(!MakeBmp("widest.bmp", 576, 8).isEmpty());
         QVERIFY(!MakeBmp("wide.bmp", 577, 8).isEmpty());
@@ -84,72 +53,6 @@ private slots:
         QImage png(8, 8, QImage::Format_RGB32);
         png.fill(Qt::black);
         QVERIFY(png.save(m_dir.filePath("pic.png"), "PNG"));
-    }
-
-    void printControl_data() {
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<QString>("expected"); // as Describe() writes it
-        const auto row = [](const char* name, const QString& in, const QString& out) {
-            QTest::newRow(name) << in << out;
-        };
-        row("double width", Seq("|2C") + "x", "x{w}");
-        row("double height", Seq("|3C") + "x", "x{h}");
-        row("double both", Seq("|4C") + "x", "x{wh}");
-        row("half height", Seq("|5C") + "x", "x{s}");
-        row("boxed", Seq("|6C") + "x", "x{b}");
-        row("reverse", Seq("|rvC") + "x", "x{v}");
-        row("normal after double width", Seq("|2C") + Seq("|1C") + "x", "x");
-        row("later size wins", Seq("|2C") + Seq("|3C") + "x", "x{h}");
-        row("centre", Seq("|cA") + "x", "x{c}");
-        row("right", Seq("|rA") + "x", "x{r}");
-        row("left after right", Seq("|rA") + Seq("|lA") + "x", "x");
-        row("rotate left", Seq("|lR") + "x", "x{L}");
-        row("rotate upside down", Seq("|uR") + "x", "x{U}");
-        row("blink", Seq("|K") + "x", "x{k}");
-        row("sequence inside the text", "Dou" + Seq("|2C") + "ble", "Double{w}");
-        row("attributes reset per line",
-            Seq("|2C") + Seq("|cA") + "Big\r\nSmall\r\n" + Seq("|K") + "Blink\r\nPlain",
-            "Big{wc}/Small/Blink{k}/Plain");
-        row("LF and CR", "a\nb\rc", "a/b/c");
-        row("empty line kept", "a\r\n\r\nb", "a//b");
-        row("trailing break", "a\r\n", "a");
-        row("bitmap, feed, in order", "A" + Seq("|10B") + "B" + Seq("|3F") + "C", "A/<B10>/B/<F3>/C");
-        row("centred bitmap", Seq("|cA") + Seq("|1B"), "<B1>{c}");
-        row("barcode", Esc + "|14R14007817504598", "<R1:4007817504598>");
-        row("barcode, leading blank", Esc + "| 9R301234567", "<R3:01234567>");
-        row("barcode, text behind", Esc + "|4R4ABCxyz", "<R4:ABC>/xyz");
-        row("barcode data like a sequence", Esc + "|5R4" + Seq("|2C"), "<R4:" + Seq("|2C") + ">");
-        row("unknown: bold", "A" + Seq("|bC") + "B", "AB");
-        row("unknown: unused size", "A" + Seq("|9C") + "B", "AB");
-        row("unknown: letters and number", "A" + Seq("|100fP") + "B", "AB");
-        row("unknown: blank before bitmap", "A" + Seq("| 1B") + "B", "AB");
-        // Without its closing capital it is no sequence: only ESC and the bar go.
-        row("unterminated", "A" + Seq("|12") + ", B", "A12, B");
-        row("ESC at the end", "AB" + Esc, "AB");
-    }
-    void printControl() {
-        QFETCH(QString, input);
-        QFETCH(QString, expected);
-        QCOMPARE(Describe(InterpretPrintControl(input)), expected);
-    }
-
-    void rollBaseAttributes() {
-        // With base attributes every line starts again from the base.
-        PrintAttributes base;
-        base.align = Align::Right;
-        PaperRoll roll;
-        roll.AppendText(Seq("|lA") + "left\r\nbase", base);
-        QCOMPARE(Describe(roll.Lines()), QStringLiteral("left/base{r}"));
-    }
-
-    void plainTextRendering() {
-        PaperRoll roll;
-        roll.AppendText("Hello\r\n" + Esc + "|14R14007817504598" + Seq("|3B") + Seq("|2F") + "Bye");
-        QCOMPARE(roll.Count(), 5);
-        QCOMPARE(roll.PlainText(), QStringLiteral("Hello\n[BARCODE 1:4007817504598]\n[BITMAP 3]\n\n\nBye"));
-        QCOMPARE(roll.PlainText(2), QStringLiteral("[BITMAP 3]\n\n\nBye"));
-        roll.Clear();
-        QCOMPARE(roll.PlainText(), QString());
     }
 
     void displayModes_data() {
@@ -181,6 +84,7 @@ private slots:
 
     void displayRows() {
         CustomerDisplay d;
+        QSignalSpy changed(&d, &CustomerDisplay::changed);
         QVERIFY(d.PrintText(1, "This is a test"));
         QVERIFY(d.PrintText(2, "second"));
         QCOMPARE(d.Rows(), (QStringList{"This is a test", "second"}));
@@ -188,8 +92,10 @@ private slots:
         QCOMPARE(d.Rows(), (QStringList{"", ""}));
         QVERIFY(d.SetMode(2));
         QVERIFY(d.PrintText(3, "third row"));
+        const int before = changed.count();
         d.ShowTwoLines("TOTALE", "12.50");
         QCOMPARE(d.Rows(), (QStringList{"TOTALE", "12.50", ""}));
+        QCOMPARE(changed.count(), before + 1); // one announcement for the two rows
         QVERIFY(d.SetMode(3));
         d.ShowTwoLines("Articolo test 1", "1.00");
         QCOMPARE(d.Rows(), (QStringList{"Articolo ", "1.00"}));
@@ -303,62 +209,6 @@ private slots:
         QFETCH(QString, data);
         QFETCH(bool, valid);
         QCOMPARE(IsValidBarcode(type, data), valid);
-    }
-
-    void reportPath_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("expected"); // relative to the report folder; empty: refused
-        const QString folder = ReportFolder();
-        const auto row = [](const char* name, const QString& in, const QString& out) {
-            QTest::newRow(name) << in << out;
-        };
-        row("bare name", "reportEJ.txt", "reportEJ.txt");
-        row("absolute inside", folder + "/report.txt", "report.txt");
-        row("absolute elsewhere", QDir::tempPath() + "/report.txt", "");
-        row("parent", "../report.txt", "");
-        row("parent deeper", "a/../../report.txt", "");
-        row("backslash parent", "..\\report.txt", "");
-        row("absolute with parent", folder + "/../report.txt", "");
-        row("empty", "", "");
-    }
-    void reportPath() {
-        QFETCH(QString, name);
-        QFETCH(QString, expected);
-        const std::optional<QString> path = ResolveReportPath(name);
-        if (expected.isEmpty()) {
-            QVERIFY2(!path.has_value(), qPrintable(path.value_or(QString())));
-            return;
-        }
-        QVERIFY(path.has_value());
-        QCOMPARE(*path, ReportFolder() + u'/' + expected);
-    }
-
-    void reportWriteAppendAndCreate() {
-        const QString folder = ReportFolder(); // in the private data folder
-        QVERIFY2(folder.startsWith(QDir::cleanPath(qEnvironmentVariable("XDG_DATA_HOME")) + u'/'),
-                 qPrintable(folder));
-        QVERIFY(folder.endsWith(QStringLiteral("/fpubench/reports")) && QFileInfo(folder).isDir());
-        const std::optional<QString> path = ResolveReportPath(QStringLiteral("report.txt"));
-        QVERIFY(path.has_value());
-        const auto content = [&] {
-            QFile f(*path);
-            return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll())
-                                               : QStringLiteral("<unreadable>");
-        };
-        QVERIFY(WriteReportFile(*path, 1, {"first", "second"}));
-        QCOMPARE(content(), QStringLiteral("first\nsecond\n"));
-        QVERIFY(WriteReportFile(*path, 0, {"third"}));
-        QCOMPARE(content(), QStringLiteral("first\nsecond\nthird\n"));
-        QVERIFY(WriteReportFile(*path, 1, {"fresh"}));
-        QCOMPARE(content(), QStringLiteral("fresh\n"));
-        QVERIFY(!WriteReportFile(*path, 2, {"printed instead"}));
-        QCOMPARE(content(), QStringLiteral("fresh\n"));
-        // Appending to a file that doesn't exist yet creates it.
-        const std::optional<QString> other = ResolveReportPath(QStringLiteral("appended.txt"));
-        QVERIFY(other.has_value());
-        QFile::remove(*other);
-        QVERIFY(WriteReportFile(*other, 0, {"only"}));
-        QVERIFY(QFileInfo::exists(*other));
     }
 };
 

@@ -1,0 +1,163 @@
+#pragma once
+
+#include "ReceiptScript.h"
+#include "SimTestSupport.h"
+
+#include <QDateTime>
+
+// Rows of printer calls in a few words, steps apart by ";":
+//   begin | end | void | xreport | zreport | dup | reset | wait | nfbegin | nfend | training on|off
+//   item V A [Q U] | itemvoid V A [Q U] | adj T A V | adjvoid T A V | refund V A | refundvoid V A
+//   sub A | subadj T A | subvoid T A | total T P [DESC] | notpaid A | message TEXT | normal S TEXT
+//   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD [TEXT]
+//   fault TEXT (DirectIO 9999 with TEXT)
+// In TEXT, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
+namespace printer_script {
+
+inline QString Code(SimulatedFiscalPrinter& p, int32_t rc) {
+    return rc == OposAll::OPOS_E_EXTENDED ? QStringLiteral("114/%1").arg(p.ResultCodeExtended())
+                                          : QString::number(rc);
+}
+
+inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
+    using namespace t;
+    using receipt_script::ParseAmount;
+    const QStringList w = step.simplified().split(u' ');
+    const QString verb = w[0];
+    const QString rest =
+        step.simplified().section(u' ', 1).replace(QStringLiteral("\\e"), QString(QChar(27)));
+    const auto n = [&](int i) { return w.value(i).toInt(); };
+    const auto a = [&](int i) { return ParseAmount(w.value(i, QStringLiteral("0"))); };
+    const QString d = QStringLiteral("Articolo");
+    if (verb == QLatin1String("begin"))
+        return Code(p, Begin(p));
+    if (verb == QLatin1String("end"))
+        return Code(p, End(p));
+    if (verb == QLatin1String("void"))
+        return Code(p, Void(p));
+    if (verb == QLatin1String("xreport"))
+        return Code(p, p.PrintXReport());
+    if (verb == QLatin1String("zreport"))
+        return Code(p, p.PrintZReport());
+    if (verb == QLatin1String("dup"))
+        return Code(p, p.PrintDuplicateReceipt());
+    if (verb == QLatin1String("reset"))
+        return Code(p, p.ResetPrinter());
+    if (verb == QLatin1String("nfbegin"))
+        return Code(p, p.BeginNonFiscal());
+    if (verb == QLatin1String("nfend"))
+        return Code(p, p.EndNonFiscal());
+    if (verb == QLatin1String("wait"))
+        return QTest::qWaitFor([&] { return p.State() != OposAll::OPOS_S_BUSY; }, 10000)
+                   ? QStringLiteral("0")
+                   : QStringLiteral("busy");
+    if (verb == QLatin1String("training"))
+        return Code(p, rest == QLatin1String("on") ? p.BeginTraining() : p.EndTraining());
+    if (verb == QLatin1String("item"))
+        return Code(p, Item(p, d, a(2), n(1), n(3), a(4)));
+    if (verb == QLatin1String("itemvoid"))
+        return Code(p, ItemVoid(p, d, a(2), n(1), n(3), a(4)));
+    if (verb == QLatin1String("adj") || verb == QLatin1String("adjvoid")) {
+        int32_t type = n(1), vat = n(3);
+        Amount amount = a(2);
+        QString desc = QStringLiteral("Sconto");
+        return Code(p, verb == QLatin1String("adj") ? p.PrintRecItemAdjustment(type, desc, amount, vat)
+                                                    : p.PrintRecItemAdjustmentVoid(type, desc, amount, vat));
+    }
+    if (verb == QLatin1String("refund") || verb == QLatin1String("refundvoid")) {
+        int32_t vat = n(1);
+        Amount amount = a(2);
+        QString desc = QStringLiteral("Reso");
+        return Code(p, verb == QLatin1String("refund") ? p.PrintRecRefund(desc, amount, vat)
+                                                       : p.PrintRecRefundVoid(desc, amount, vat));
+    }
+    if (verb == QLatin1String("sub"))
+        return Code(p, Subtotal(p, a(1)));
+    if (verb == QLatin1String("subadj"))
+        return Code(p, SubAdjust(p, n(1), a(2)));
+    if (verb == QLatin1String("subvoid")) {
+        int32_t type = n(1);
+        Amount amount = a(2);
+        return Code(p, p.PrintRecSubtotalAdjustVoid(type, amount));
+    }
+    if (verb == QLatin1String("total"))
+        return Code(p, Total(p, a(1), a(2), w.value(3)));
+    if (verb == QLatin1String("notpaid")) {
+        QString desc;
+        Amount amount = a(1);
+        return Code(p, p.PrintRecNotPaid(desc, amount));
+    }
+    if (verb == QLatin1String("message"))
+        return Code(p, Message(p, rest));
+    if (verb == QLatin1String("normal"))
+        return Code(p, Normal(p, n(1), rest.section(u' ', 1)));
+    if (verb == QLatin1String("set")) {
+        const QString name = rest.section(u'=', 0, 0), value = rest.section(u'=', 1);
+        const PropertyInfo* info = FindProperty(name);
+        if (!info)
+            return QStringLiteral("no property ") + name;
+        QVariant v = info->kind == PropKind::Boolean ? QVariant(value == QLatin1String("1"))
+                     : info->kind == PropKind::Text  ? QVariant(value)
+                                                     : QVariant(value.toInt());
+        p.WriteProperty(info->id, v);
+        return Code(p, p.ResultCode());
+    }
+    if (verb == QLatin1String("setdate")) {
+        const QChar unit = rest.back();
+        const qint64 count = rest.chopped(1).toLongLong();
+        const QDateTime when = p.Now().addSecs(count * (unit == u'd' ? 86400 : 3600));
+        QString date = when.toString(QStringLiteral("ddMMyyyyHHmm"));
+        return Code(p, p.SetDate(date));
+    }
+    if (verb == QLatin1String("fault"))
+        return Code(p, Debug(p, rest));
+    if (verb == QLatin1String("dio")) {
+        int32_t cmd = n(1);
+        DirectIOData data{};
+        QString text = rest.section(u' ', 1);
+        return Code(p, p.DirectIO(cmd, data, text));
+    }
+    return QStringLiteral("bad step ") + step;
+}
+
+inline QString Run(SimulatedFiscalPrinter& p, const QString& steps) {
+    QStringList out;
+    for (const QString& s : steps.split(u';', Qt::SkipEmptyParts))
+        out << Step(p, s);
+    return out.join(u';');
+}
+
+// The values of `keys` ("fiscal=1 daytotal=1000 has:STORNO=0"): a key of the state dump; "completed" or
+// "errors", the events seen by `sink`; "tenderN", "refund" and "notpaid", GetData in hundredths;
+// "has:WORD" and "jhas:WORD", 1 when the receipt or journal roll holds WORD.
+inline QString Observe(SimulatedFiscalPrinter& p, const RecordingSink& sink, const QString& keys) {
+    using namespace OposAll;
+    QHash<QString, QString> dump;
+    for (const QString& pair : p.StateDump().split(u' '))
+        dump.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
+    QStringList out;
+    for (const QString& item : keys.split(u' ', Qt::SkipEmptyParts)) {
+        const QString key = item.section(u'=', 0, 0);
+        QString value;
+        if (key == QLatin1String("completed"))
+            value = QString::number(sink.completed.size());
+        else if (key == QLatin1String("errors"))
+            value = QString::number(sink.errors.size());
+        else if (key.startsWith(QLatin1String("tender")))
+            value = t::Data(p, FPTR_GD_TENDER, key.mid(6).toInt());
+        else if (key == QLatin1String("refund"))
+            value = t::Data(p, FPTR_GD_REFUND);
+        else if (key == QLatin1String("notpaid"))
+            value = t::Data(p, FPTR_GD_NOT_PAID);
+        else if (key.startsWith(QLatin1String("has:")))
+            value = QString::number(p.ReceiptRoll().PlainText().contains(key.mid(4)));
+        else if (key.startsWith(QLatin1String("jhas:")))
+            value = QString::number(p.JournalRoll().PlainText().contains(key.mid(5)));
+        else
+            value = dump.value(key, QStringLiteral("<none>"));
+        out << key + u'=' + value;
+    }
+    return out.join(u' ');
+}
+
+} // namespace printer_script
