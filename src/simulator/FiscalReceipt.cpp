@@ -300,6 +300,13 @@ Refusal FiscalReceipt::Pay(Amount raw, int tender) {
     return {};
 }
 
+Refusal FiscalReceipt::OpenTender() {
+    if (Total() <= 0)
+        return Extended(OPOS_EFPTR_BAD_ITEM_AMOUNT, "Nothing to pay");
+    m_paymentStarted = true;
+    return {};
+}
+
 Refusal FiscalReceipt::PayNotPaid(Amount raw) {
     Amount amount = 0;
     if (!TakeAmount(raw, kMaxAmount, &amount))

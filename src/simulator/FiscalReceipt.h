@@ -41,6 +41,8 @@ public:
     Refusal VoidSubtotalAdjustment(int32_t type, Amount amount, Amount* applied = nullptr);
     // tender 1..22; only cash (1) may pay more than is due, and gives change.
     Refusal Pay(Amount payment, int tender);
+    // The tender phase without a payment: the printer shows its total and waits.
+    Refusal OpenTender();
     // At most what is still due.
     Refusal PayNotPaid(Amount amount);
     void CountComment() { ++m_lineCount[13]; }

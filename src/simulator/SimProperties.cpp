@@ -2,6 +2,9 @@
 
 #include "OposAll.h"
 
+#include <QRegularExpression>
+
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 
@@ -158,8 +161,12 @@ void SimulatedFiscalPrinter::WriteProperty(Prop id, const QVariant& value) {
     static constexpr auto range = [](P& p, int32_t n, int32_t low, int32_t high) {
         return n >= low && n <= high ? 0 : p.Result(OPOS_E_ILLEGAL, 0, QStringLiteral("Value out of range"));
     };
+    // A line break in these texts starts a new printed line: the limit is per line.
     static constexpr auto printable = [](P& p, const QString& text) {
-        return text.size() <= 46 && sim::IsValidPrintControl(text)
+        const auto lines = QStringView(text).split(QRegularExpression(QStringLiteral("\r\n|\r|\n")));
+        const bool fits =
+            std::all_of(lines.begin(), lines.end(), [](QStringView l) { return l.size() <= 46; });
+        return fits && sim::IsValidPrintControl(text)
                    ? 0
                    : p.Result(OPOS_E_ILLEGAL, 0, QStringLiteral("Text too long or with a bad barcode"));
     };

@@ -208,10 +208,22 @@ int32_t SimulatedFiscalPrinter::PrintRecTotal(Amount& Total, Amount& Payment, QS
                       QStringLiteral("Description too long"));
     if (!sim::IsValidPrintControl(Description))
         return Result(OPOS_E_ILLEGAL, 0, QStringLiteral("Bad barcode in the text"));
-    if (!sim::InRange(Payment) || sim::RoundToCents(Payment) == 0)
+    if (Payment != 0 && (!sim::InRange(Payment) || sim::RoundToCents(Payment) == 0))
         return Result(OPOS_E_EXTENDED, OPOS_EFPTR_BAD_ITEM_AMOUNT, QStringLiteral("Bad amount"));
     if (CancelledByTotalCheck(Total))
         return m_resultCode;
+    if (Payment == 0) {
+        // No payment: the total is printed and the tender phase opens, as drivers use it before
+        // a not-paid amount.
+        const bool first = !m_doc.receipt->PaymentStarted();
+        if (auto r = m_doc.receipt->OpenTender())
+            return Refuse(r);
+        if (first)
+            EmitMoney(kBoth, QStringLiteral("TOTALE EURO"), m_doc.receipt->Total());
+        ShowOnDisplay(QStringLiteral("TOTALE"), m_doc.receipt->Total());
+        EnterState(FPTR_PS_FISCAL_RECEIPT_TOTAL);
+        return Flush();
+    }
     const int predefined = PredefinedTender(Description);
     const int tender = predefined ? predefined : FPTR_PDL_CASH;
     const QString name = predefined || Description.isEmpty() ? TenderName(tender) : Description;

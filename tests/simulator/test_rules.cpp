@@ -54,7 +54,7 @@ private slots:
         Row("an unlinked department", "begin; item 10003 1.00", "0;114/217", "total=0");
         Row("bad amounts change nothing",
             "begin; item 1 10.00; item 1 -1.00; itemvoid 1 0; adj 1 0 1; refund 1 MAX; subadj 1 -1.00; "
-            "total 10.00 0; total 10.00 10.00; end",
+            "total 10.00 -1.00; total 10.00 10.00; end",
             "0;0;114/218;114/218;114/214;114/214;114/214;114/214;0;0", "daytotal=1000 journal=1 fiscal=1");
     }
     void voids() { RunRow(); }
@@ -158,6 +158,10 @@ private slots:
             "tender1=1000 has:Mance=1");
         Row("not paid", "begin; item 1 10.00; total 10.00 4.00; notpaid 6.00; end", "0;0;0;0;0",
             "notpaid=600 tender1=400 daytotal=1000");
+        Row("a total with no payment opens the tender phase",
+            "begin; item 1 10.00; total 10.00 0; notpaid 4.00; total 10.00 6.00; end", "0;0;0;0;0;0",
+            "notpaid=400 tender1=600 daytotal=1000");
+        Row("an empty receipt has nothing to pay", "begin; total 0 0", "0;114/214", "state=2");
     }
     void receiptTypesAndTenders() { RunRow(); }
 
@@ -216,7 +220,7 @@ private slots:
         Row("a differing subtotal", "begin; item 1 10.00; sub 9.00", "0;0;114/214", "state=4", "Tessorim");
         Row("a matching subtotal", "begin; item 1 10.00; sub 10.00; total 10.00 10.00; end", "0;0;0;0;0",
             "fiscal=1 daytotal=1000", "Tessorim");
-        Row("a bad payment doesn't cancel", "begin; item 1 10.00; total 9.99 0", "0;0;114/214", "state=2",
+        Row("a bad payment doesn't cancel", "begin; item 1 10.00; total 9.99 -1.00", "0;0;114/214", "state=2",
             "Tessorim");
         Row("without the check", "set CheckTotal=0; begin; item 1 10.00; total 9.99 10.00; end", "0;0;0;0;0",
             "fiscal=1 daytotal=1000", "Tessorim");
