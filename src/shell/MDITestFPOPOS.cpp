@@ -10,6 +10,7 @@
 #include "frmApp.h"
 #include "frmFiscalTicket.h"
 #include "frmLog.h"
+#include "frmMacro.h"
 #include "frmNonFiscal.h"
 #include "frmProperties.h"
 #include "frmReports.h"
@@ -108,7 +109,8 @@ void MDITestFPOPOS::BuildLayout() {
     QWidget* directIO = Placeholder("frmDirectIO", this);
     m_properties = new frmProperties(*m_ctx, this);
     QWidget* autoTests = Placeholder("frmAutoTests", this);
-    QWidget* macro = Placeholder("frmMacro", this);
+    m_macro = new frmMacro(*m_ctx, this);
+    QWidget* macro = m_macro;
     m_panels = {m_settings, m_fiscal, m_nonFiscal, m_reports, m_properties, directIO, autoTests, macro};
     for (QWidget* panel : {static_cast<QWidget*>(m_settings), static_cast<QWidget*>(m_fiscal),
                            static_cast<QWidget*>(m_nonFiscal), static_cast<QWidget*>(m_reports), directIO,
