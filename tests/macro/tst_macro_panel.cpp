@@ -249,8 +249,13 @@ private slots:
         Record(b.macro, {"F_Delay$" + QString::number(delay), "F_PrintXReport"});
         panel.cbSpeed->setCurrentText(QStringLiteral("5000"));
         bool pressed = false;
-        QTimer::singleShot(100, &panel, [&] {
-            pressed = panel.LineInProgress() && b.macro.tmrDelayForMacroCls()->isActive();
+        QTimer during; // presses the button once the wait has begun
+        during.setInterval(5);
+        connect(&during, &QTimer::timeout, &panel, [&] {
+            if (!panel.LineInProgress() || !b.macro.tmrDelayForMacroCls()->isActive())
+                return;
+            during.stop();
+            pressed = true;
             if (button == "lstMacroCode")
                 DoubleClick(panel, 1);
             else
@@ -258,6 +263,7 @@ private slots:
         });
         QElapsedTimer clock;
         clock.start();
+        during.start();
         panel.cmdExecuteMacro->click();
         OneTick(panel); // returns when the line has ended
         QVERIFY(pressed);
