@@ -1,9 +1,11 @@
 // How close a replay at delay "0" comes to its floor, the re-armed 1 ms timer that paces it.
-// Offscreen, in one run: the floor measured alone; then a macro of complete fiscal receipts loaded
-// through the macro panel of the real main window and played on the simulated printer, once with
-// the log window hidden and once with it shown; the floor again. The last line is the verdict:
+// Offscreen, in one run: a macro of complete fiscal receipts is loaded through the macro panel of
+// the real main window and played on the simulated printer, once with the log window hidden and
+// once with it shown. The floor is measured alone, with the bench idle, before and after each
+// replay, and each replay is set against the mean of the two floors beside it, since a shared
+// machine's load drifts. The last line is the verdict:
 //   replay: L lines/s, timer floor: F ticks/s, ratio: R
-// with L the replay with the log window shown and F the mean of the two floor measures.
+// with L the replay with the log window shown and F its floor.
 // Usage: bench_macro_replay [receipts]   (five lines a receipt; default 2000, a 10,000-line macro)
 #include "MDITestFPOPOS.h"
 #include "Seams.h"
@@ -112,8 +114,6 @@ int main(int argc, char** argv) {
     const int receipts = argc > 1 ? std::max(1, QString::fromLocal8Bit(argv[1]).toInt()) : 2000;
     const int lines = receipts * 5;
 
-    const double floorBefore = TimerFloor();
-
     auto* printer = new SimulatedFiscalPrinter;
     SimulatedFiscalPrinter& sim = *printer;
     MDITestFPOPOS window{std::unique_ptr<IFiscalPrinter>(printer)};
@@ -151,24 +151,28 @@ int main(int argc, char** argv) {
     panel.chkStopOnError->setChecked(true);
 
     const int receiptsBefore = sim.Memory().DayCounters().fiscalReceipts;
+    const double floor0 = TimerFloor();
     window.Log()->hide();
     const Replay hidden = Play(panel, engine, lines);
+    const double floor1 = TimerFloor();
     window.Log()->show();
     const Replay shown = Play(panel, engine, lines);
+    const double floor2 = TimerFloor();
     const int played = sim.Memory().DayCounters().fiscalReceipts - receiptsBefore;
 
-    const double floorAfter = TimerFloor();
-    const double floor = (floorBefore + floorAfter) / 2;
-
+    const double hiddenFloor = (floor0 + floor1) / 2;
+    const double shownFloor = (floor1 + floor2) / 2;
     std::printf("macro: %d lines, %d receipts printed of %d, failed lines: %d\n", lines, played, 2 * receipts,
                 hidden.failed + shown.failed);
-    std::printf("timer floor: %.0f ticks/s before, %.0f ticks/s after\n", floorBefore, floorAfter);
-    std::printf("replay, log window hidden: %.0f lines/s, %.1f us a line over the floor\n",
-                hidden.linesPerSecond, 1e6 / hidden.linesPerSecond - 1e6 / floor);
-    std::printf("replay, log window shown: %.0f lines/s, %.1f us a line over the floor\n",
-                shown.linesPerSecond, 1e6 / shown.linesPerSecond - 1e6 / floor);
-    std::printf("replay: %.0f lines/s, timer floor: %.0f ticks/s, ratio: %.3f\n", shown.linesPerSecond, floor,
-                shown.linesPerSecond / floor);
+    std::printf("timer floor: %.0f, %.0f, %.0f ticks/s\n", floor0, floor1, floor2);
+    std::printf("replay, log window hidden: %.0f lines/s, ratio %.3f, %.1f us a line over the floor\n",
+                hidden.linesPerSecond, hidden.linesPerSecond / hiddenFloor,
+                1e6 / hidden.linesPerSecond - 1e6 / hiddenFloor);
+    std::printf("replay, log window shown: %.0f lines/s, ratio %.3f, %.1f us a line over the floor\n",
+                shown.linesPerSecond, shown.linesPerSecond / shownFloor,
+                1e6 / shown.linesPerSecond - 1e6 / shownFloor);
+    std::printf("replay: %.0f lines/s, timer floor: %.0f ticks/s, ratio: %.3f\n", shown.linesPerSecond,
+                shownFloor, shown.linesPerSecond / shownFloor);
     std::fflush(stdout);
     SetMessageBoxHandler({});
     SetFilePickerHandlers({});
