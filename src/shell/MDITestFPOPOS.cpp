@@ -13,6 +13,7 @@
 #include "frmAutoTests.h"
 #include "frmFiscalTicket.h"
 #include "frmLog.h"
+#include "frmMacro.h"
 #include "frmNonFiscal.h"
 #include "frmProperties.h"
 #include "frmReports.h"
@@ -24,17 +25,6 @@
 #include <QTimer>
 
 using ShellLayout::Px;
-
-namespace {
-
-// Panels that later work fills in; until then they only hold their place.
-QWidget* Placeholder(const char* name, QWidget* parent) {
-    auto* w = new QWidget(parent);
-    w->setObjectName(QString::fromLatin1(name));
-    return w;
-}
-
-} // namespace
 
 MDITestFPOPOS::MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, QWidget* parent)
     : QWidget(parent), m_control(std::move(control)) {
@@ -115,7 +105,8 @@ void MDITestFPOPOS::BuildLayout() {
     QWidget* directIO = new frmDirectIO(*m_ctx, m_logo.lblSOName, this);
     m_properties = new frmProperties(*m_ctx, this);
     QWidget* autoTests = new frmAutoTests(*m_ctx, this);
-    QWidget* macro = Placeholder("frmMacro", this);
+    m_macro = new frmMacro(*m_ctx, this);
+    QWidget* macro = m_macro;
     m_panels = {m_settings, m_fiscal, m_nonFiscal, m_reports, m_properties, directIO, autoTests, macro};
     for (QWidget* panel : {static_cast<QWidget*>(m_settings), static_cast<QWidget*>(m_fiscal),
                            static_cast<QWidget*>(m_nonFiscal), static_cast<QWidget*>(m_reports), directIO,

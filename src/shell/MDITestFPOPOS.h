@@ -19,6 +19,7 @@ class clsStatusRefresh;
 class frmApp;
 class frmFiscalTicket;
 class frmLog;
+class frmMacro;
 class frmNonFiscal;
 class frmProperties;
 class frmReports;
@@ -68,6 +69,7 @@ public:
     frmNonFiscal* NonFiscal() const { return m_nonFiscal; }
     frmReports* Reports() const { return m_reports; }
     frmProperties* Properties() const { return m_properties; }
+    frmMacro* Macro() const { return m_macro; }
 
 protected:
     void resizeEvent(QResizeEvent* e) override;
@@ -95,6 +97,7 @@ private:
     frmNonFiscal* m_nonFiscal = nullptr;
     frmReports* m_reports = nullptr;
     frmProperties* m_properties = nullptr;
+    frmMacro* m_macro = nullptr;
     std::array<QWidget*, frmToolbar::PanelCount> m_panels{};
 
     std::unique_ptr<clsStatusRefresh> m_refresh;
