@@ -52,6 +52,9 @@ private slots:
         QTest::newRow("delay not a number") << QStringList{"--delay", "soon", m} << "";
         QTest::newRow("negative delay") << QStringList{"--delay=-5", m} << "";
         QTest::newRow("bad response") << QStringList{"--error-response", "ignore", m} << "";
+        QTest::newRow("device the bench doesn't open")
+            << QStringList{"--open", "--device", "Nowhere", m} << "Nowhere";
+        QTest::newRow("device name in the wrong case") << QStringList{"--device=tessorim", m} << "tessorim";
         QTest::newRow("missing value") << QStringList{m, "--log"} << "";
         QTest::newRow("unreadable file") << QStringList{"--open", missing} << missing;
     }
@@ -100,11 +103,11 @@ private slots:
         p.emplace(); // a failed Open skips Claim and Enable
         p->Set(Prop::State, 1);
         p->Script("Open", 109, 0, "No such device");
-        const Run f = Main({"--open", "--device", "Nowhere", Macro("oce2.oposcmd", "F_PrintXReport\r\n")});
+        const Run f = Main({"--open", "--device", "Tessorim", Macro("oce2.oposcmd", "F_PrintXReport\r\n")});
         QCOMPARE(f.status, 1);
         QCOMPARE(p->CallNames(), (QStringList{"Open", "PrintXReport"}));
         QCOMPARE(Lines(f.out).first(),
-                 QStringLiteral("Open((Nowhere)     -> OposENoexist(109)  (0)  No such device"));
+                 QStringLiteral("Open((Tessorim)     -> OposENoexist(109)  (0)  No such device"));
         QCOMPARE(f.err, QStringLiteral("message: ERRORS: OposENoexist(109)  (0)  No such device\n"));
     }
 
