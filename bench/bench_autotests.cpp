@@ -5,6 +5,8 @@
 // Usage: bench_autotests [PATH_TO_FPUBENCH_RUN]
 #include "MDITestFPOPOS.h"
 #include "SimulatedFiscalPrinter.h"
+#include "clsBenchCore.h"
+#include "clsBenchLog.h"
 #include "frmAutoTests.h"
 #include "frmLog.h"
 #include "frmToolbar.h"
@@ -83,11 +85,11 @@ int main(int argc, char** argv) {
     const long before = ResidentKiB();
     const double first = RunTickets(*panel, FirstTickets);
     const long afterFirst = ResidentKiB();
-    const qsizetype logFirst = window.Log()->LineCount();
+    const qsizetype logFirst = window.Core().Log().LineCount();
     const qsizetype paperFirst = printer->ReceiptRoll().Count() + printer->JournalRoll().Count();
     const double rest = RunTickets(*panel, AllTickets - FirstTickets);
     const long afterAll = ResidentKiB();
-    const qsizetype logAll = window.Log()->LineCount();
+    const qsizetype logAll = window.Core().Log().LineCount();
     const qsizetype paperAll = printer->ReceiptRoll().Count() + printer->JournalRoll().Count();
 
     // The log's own share: what comes back when the log is cleared.

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <utility>
 
-Q_LOGGING_CATEGORY(lcOposLog, "opos.log")
+Q_LOGGING_CATEGORY(lcOposLog, "opos.log", QtInfoMsg)
 
 MsgResult UnattendedAnswer(MsgButtons buttons) {
     switch (buttons) {
@@ -38,22 +38,6 @@ FilePickerHandlers& PickerSlot() {
     return handlers;
 }
 
-class MemoryLogSink : public ILogSink {
-public:
-    void AppendLogLine(const QString& line) override { lines.append(line); }
-    QStringList lines;
-};
-
-MemoryLogSink& DefaultSink() {
-    static MemoryLogSink sink;
-    return sink;
-}
-
-ILogSink*& SinkSlot() {
-    static ILogSink* sink = nullptr;
-    return sink;
-}
-
 DebugOutputHandler& DebugSlot() {
     static DebugOutputHandler handler;
     return handler;
@@ -67,11 +51,6 @@ void DefaultDebugOutput(const QString& lineWithCrLf) {
 }
 
 } // namespace
-
-ILogSink& CurrentLogSink() {
-    ILogSink* sink = SinkSlot();
-    return sink ? *sink : DefaultSink();
-}
 
 MsgResult ShowMessage(const QString& text, MsgButtons buttons, const QString& title) {
     const QString shownTitle = title.isEmpty() ? ProgramTitle : title;
@@ -104,18 +83,6 @@ QString PickSaveFile(QWidget* owner, const QString& filter, const QString& title
     return pick ? pick(owner, filter, title, initialFolder) : QString();
 }
 
-ILogSink* SetLogSink(ILogSink* sink) {
-    return std::exchange(SinkSlot(), sink);
-}
-
-const QStringList& DefaultLogLines() {
-    return DefaultSink().lines;
-}
-
-void ClearDefaultLog() {
-    DefaultSink().lines.clear();
-}
-
 DebugOutputHandler SetDebugOutputHandler(DebugOutputHandler handler) {
     return std::exchange(DebugSlot(), std::move(handler));
 }
@@ -126,4 +93,8 @@ void DebugOutput(const QString& lineWithCrLf) {
         handler(lineWithCrLf);
     else
         DefaultDebugOutput(lineWithCrLf);
+}
+
+bool DebugOutputWanted() {
+    return DebugSlot() || lcOposLog().isDebugEnabled();
 }

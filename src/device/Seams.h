@@ -1,14 +1,13 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 
 class QWidget;
 
 // The places where the bench meets the person or the system: message boxes, file and folder
-// pickers, the log's home and the debug output. Each has a default that needs no windows; the
+// pickers and the debug output. Each has a default that needs no windows; the
 // shell installs the real ones, tests install handlers that answer and record.
 
 enum class MsgButtons { Ok, RetryCancel, OkCancel, YesNo };
@@ -48,22 +47,12 @@ QString PickOpenFile(QWidget* owner, const QString& filter, const QString& title
 QString PickSaveFile(QWidget* owner, const QString& filter, const QString& title,
                      const QString& initialFolder);
 
-// Where the log's lines go: the log window once it exists, a console in programs without
-// windows. The line has no line end of its own.
-class ILogSink {
-public:
-    virtual ~ILogSink() = default;
-    virtual void AppendLogLine(const QString& line) = 0;
-};
-// nullptr restores the default sink, which keeps the lines in memory (see DefaultLogLines).
-ILogSink* SetLogSink(ILogSink* sink);
-// Lines that reached the default sink, for programs that only look at the end.
-const QStringList& DefaultLogLines();
-void ClearDefaultLog();
-
 // The system's debug output. The handler gets the line with "\r\n" behind it; the default sends
-// it to the Qt logging category "opos.log" (debug level), which a monitor follows on stderr or
-// in the journal.
+// it to the Qt logging category "opos.log" at debug level, which is off unless QT_LOGGING_RULES
+// switches it on ("opos.log.debug=true"); a monitor then follows it on stderr or in the journal.
 using DebugOutputHandler = std::function<void(const QString& lineWithCrLf)>;
 DebugOutputHandler SetDebugOutputHandler(DebugOutputHandler handler);
 void DebugOutput(const QString& lineWithCrLf);
+// Whether DebugOutput would reach anyone: a handler is installed or the category is on. Lets a
+// writer skip building the line when nobody follows.
+bool DebugOutputWanted();

@@ -12,9 +12,6 @@
 #include <limits>
 #include <string>
 
-// Kept by the seams; read here so that WriteLog needs no exchange of sinks.
-ILogSink& CurrentLogSink();
-
 namespace Tools {
 
 namespace {
@@ -386,12 +383,6 @@ QString AppFolder() {
         return QCoreApplication::applicationDirPath();
     const QFileInfo exe(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath());
     return exe.absolutePath();
-}
-
-void WriteLog(const QString& line) {
-    const QString tokens = CrLfToTokens(EscBytesToTokens(line));
-    CurrentLogSink().AppendLogLine(tokens);
-    DebugOutput(tokens + QStringLiteral("\r\n"));
 }
 
 } // namespace Tools

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <optional>
 
-// The stateless routines that every part of the bench shares: names of codes and states,
-// conversions between typed text and values, and the log.
+// The stateless routines that every part of the bench shares: names of codes and states and
+// conversions between typed text and values.
 namespace Tools {
 
 // Names of codes and states. Pure functions; unknown values get the tables' fallbacks.
@@ -45,9 +45,5 @@ QString NumberText(int64_t value);
 
 // The folder of the running program, without a trailing separator.
 QString AppFolder();
-
-// Appends one line to the log and to the debug output. Esc, CR and LF become tokens, so one
-// call always gives one line.
-void WriteLog(const QString& line);
 
 } // namespace Tools

@@ -5,7 +5,6 @@
 #include <QStringList>
 
 using Tools::AmountToText;
-using Tools::WriteLog;
 
 namespace {
 
@@ -36,8 +35,8 @@ QString CallText(const char* name, const QStringList& args = {}) {
 
 } // namespace
 
-clsFprtWrapper::clsFprtWrapper(IFiscalPrinter& control, IMacroRecorder* recorder)
-    : m_control(control), m_recorder(recorder) {}
+clsFprtWrapper::clsFprtWrapper(IFiscalPrinter& control, ILogWriter& log, IMacroRecorder* recorder)
+    : m_control(control), m_log(log), m_recorder(recorder) {}
 
 QString clsFprtWrapper::LongText(int32_t value) {
     return QString::number(value);
@@ -416,7 +415,7 @@ int32_t clsFprtWrapper::ClaimDevice(int32_t Timeout) {
 namespace {
 
 // The bench-side value of a read and its log line, from what the control handed over.
-QVariant LogRead(const PropertyInfo& info, const QVariant& controlValue) {
+QVariant LogRead(const PropertyInfo& info, const QVariant& controlValue, ILogWriter& log) {
     const QString name = QLatin1StringView(info.name);
     QVariant value;
     QString line;
@@ -460,7 +459,7 @@ QVariant LogRead(const PropertyInfo& info, const QVariant& controlValue) {
         break;
     }
     }
-    WriteLog(line);
+    log.Append(line);
     return value;
 }
 
@@ -477,7 +476,7 @@ QString WrittenValue(const PropertyInfo& info, const QVariant& value, bool forLo
 
 #define FPU_WRAPPER_READ(name, kind, access)                                                                 \
     FPU_BENCH_TYPE(kind) clsFprtWrapper::name() {                                                            \
-        return LogRead(PropertyOf(Prop::name), QVariant::fromValue(m_control.name()))                        \
+        return LogRead(PropertyOf(Prop::name), QVariant::fromValue(m_control.name()), m_log)                 \
             .value<FPU_BENCH_TYPE(kind)>();                                                                  \
     }
 FPU_PROPERTIES(FPU_WRAPPER_READ)

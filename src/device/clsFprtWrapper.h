@@ -1,6 +1,7 @@
 #pragma once
 
 #include "IFiscalPrinter.h"
+#include "ILogWriter.h"
 #include "IMacroRecorder.h"
 #include "OposTypes.h"
 #include "PropertyTable.h"
@@ -19,7 +20,7 @@
 // control left in them.
 class clsFprtWrapper {
 public:
-    explicit clsFprtWrapper(IFiscalPrinter& control, IMacroRecorder* recorder = nullptr);
+    clsFprtWrapper(IFiscalPrinter& control, ILogWriter& log, IMacroRecorder* recorder = nullptr);
 
     void SetRecorder(IMacroRecorder* recorder) { m_recorder = recorder; }
     IFiscalPrinter& Control() const { return m_control; }
@@ -43,12 +44,14 @@ public:
     int32_t PrintDuplicateReceipt();
     int32_t PrintNormal(int32_t station, QString Data);
     int32_t PrintPeriodicTotalsReport(QString Date1, QString Date2);
-    int32_t PrintRecItem(QString Description, Amount price, int32_t quantity, int32_t vatInfo, Amount unitPrice,
-                         QString unitName);
-    int32_t PrintRecItemAdjustment(int32_t adjustmentType, QString Description, Amount amount, int32_t vatInfo);
-    int32_t PrintRecItemAdjustmentVoid(int32_t adjustmentType, QString Description, Amount amount, int32_t vatInfo);
-    int32_t PrintRecItemVoid(QString Description, Amount price, int32_t quantity, int32_t vatInfo, Amount unitPrice,
-                             QString unitName);
+    int32_t PrintRecItem(QString Description, Amount price, int32_t quantity, int32_t vatInfo,
+                         Amount unitPrice, QString unitName);
+    int32_t PrintRecItemAdjustment(int32_t adjustmentType, QString Description, Amount amount,
+                                   int32_t vatInfo);
+    int32_t PrintRecItemAdjustmentVoid(int32_t adjustmentType, QString Description, Amount amount,
+                                       int32_t vatInfo);
+    int32_t PrintRecItemVoid(QString Description, Amount price, int32_t quantity, int32_t vatInfo,
+                             Amount unitPrice, QString unitName);
     int32_t PrintRecMessage(QString Message);
     int32_t PrintRecNotPaid(QString Description, Amount amount);
     int32_t PrintRecRefund(QString Description, Amount amount, int32_t vatInfo);
@@ -73,8 +76,8 @@ public:
     int32_t ClaimDevice(int32_t Timeout);
 
     // Property members: Name() reads and logs; SetName(value) records, writes and logs.
-#define FPU_WRAPPER_PROPERTY(name, kind, access)                                                           \
-    FPU_BENCH_TYPE(kind) name();                                                                           \
+#define FPU_WRAPPER_PROPERTY(name, kind, access)                                                             \
+    FPU_BENCH_TYPE(kind) name();                                                                             \
     FPU_IF_WRITABLE(access, void Set##name(FPU_BENCH_TYPE(kind) value);)
     FPU_PROPERTIES(FPU_WRAPPER_PROPERTY)
 #undef FPU_WRAPPER_PROPERTY
@@ -88,7 +91,11 @@ private:
     QString ResultTail();
     static QString LongText(int32_t value);
     void Record(QString line);
+    void WriteLog(const QString& line) {
+        m_log.Append(line);
+    }
 
     IFiscalPrinter& m_control;
+    ILogWriter& m_log;
     IMacroRecorder* m_recorder;
 };

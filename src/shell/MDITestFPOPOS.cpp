@@ -1,12 +1,10 @@
 #include "MDITestFPOPOS.h"
 
 #include "EscStrings.h"
+#include "Seams.h"
 #include "ShellLayout.h"
 #include "ShellPickers.h"
-#include "clsDeviceLifecycle.h"
-#include "clsFprtWrapper.h"
-#include "clsMacroEngine.h"
-#include "clsStatusRefresh.h"
+#include "clsBenchCore.h"
 #include "frmApp.h"
 #include "frmDirectIO.h"
 #include "frmEscSequences.h"
@@ -20,83 +18,95 @@
 #include "frmSettings.h"
 #include "frmStatusBar.h"
 
+#include <QBoxLayout>
 #include <QCloseEvent>
+#include <QLabel>
 #include <QRadioButton>
+#include <QStackedWidget>
 #include <QTimer>
 
-using ShellLayout::Px;
+namespace {
+
+// The operator answers an ErrorEvent in a Retry / Cancel box.
+bool AskRetry(const QString& question) {
+    return ShowMessage(question, MsgButtons::RetryCancel) == MsgResult::Retry;
+}
+
+// Takes the height its stretch factor gives it, never less than its contents need.
+void StretchVertically(QWidget* w) {
+    w->setMinimumHeight(w->minimumSizeHint().height());
+    QSizePolicy policy = w->sizePolicy();
+    policy.setVerticalPolicy(QSizePolicy::Ignored);
+    w->setSizePolicy(policy);
+}
+
+} // namespace
 
 MDITestFPOPOS::MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, QWidget* parent)
-    : QWidget(parent), m_control(std::move(control)) {
+    : QWidget(parent), m_core(std::make_unique<clsBenchCore>(std::move(control), AskRetry)) {
     setObjectName(QStringLiteral("MDITestFPOPOS"));
     ShellPickers::InstallDialogSeams();
 
-    // Both long-lived objects exist before any panel's load, since panels call the wrapper there.
-    m_wrapper = std::make_unique<clsFprtWrapper>(*m_control);
-    m_engine = std::make_unique<clsMacroEngine>(*m_wrapper);
-    m_wrapper->SetRecorder(m_engine.get());
-    m_engine->Construct();
-    m_ctx = std::unique_ptr<PanelContext>(
-        new PanelContext{*m_control, *m_wrapper, *m_engine, [this] { RefreshAfterCommand(); }});
+    // The core made the wrapper and the macro engine: both exist before any panel's load, since
+    // panels call the wrapper there.
+    m_ctx = std::unique_ptr<PanelContext>(new PanelContext{m_core->Control(), m_core->FprtWrapper(),
+                                                           m_core->MacroEngine(),
+                                                           [this] { m_core->RefreshAfterCommand(); }});
 
     InitEscStrings();
 
     setWindowIcon(m_logo.Icon);
     setWindowTitle(MainWindowTitle(m_logo.lblCaption));
 
-    // From here on every log line has its home, shown or not.
-    m_log = std::make_unique<frmLog>();
+    m_log = std::make_unique<frmLog>(m_core->Log());
     m_log->setWindowIcon(m_logo.Icon);
     m_log->setVisible(false);
 
-    m_tmrUpdateControls = new QTimer(this);
-    m_tmrUpdateControls->setObjectName(QStringLiteral("tmrUpdateControls"));
-    m_tmrUpdateControls->setInterval(2000);
-
-    BuildLayout();
-
-    m_refresh = std::make_unique<clsStatusRefresh>(*m_control, *m_wrapper, *m_statusBar, *m_app);
-    m_lifecycle = std::make_unique<clsDeviceLifecycle>(
-        *m_wrapper, *m_tmrUpdateControls,
-        clsDeviceLifecycle::Hooks{[this] { return m_logo.lblSOName; }, [this] { RefreshAfterCommand(); },
-                                  [this] { RebuildDeviceLists(); }});
+    BuildFrame();
     ConnectToolbar();
     SetEscSequencesOpener([](QWidget* owner) {
         frmEscSequences generator(owner);
         generator.exec();
     });
-    connect(m_tmrUpdateControls, &QTimer::timeout, m_fiscal, &frmFiscalTicket::MirrorReceiptOptions);
+    ConnectCore();
+    connect(m_core->tmrUpdateControls(), &QTimer::timeout, m_fiscal, &frmFiscalTicket::MirrorReceiptOptions);
     // A receipt carries the additional header and trailer typed on the settings panel.
     m_fiscal->SetAdditionalTextSources([settings = m_settings] { return settings->AdditionalHeaderText(); },
                                        [settings = m_settings] { return settings->AdditionalTrailerText(); });
 
     // The last step of the load: Settings is the panel on show.
     m_toolbar->optSettings->setChecked(true);
-
-    m_control->SetEventSink(this);
 }
 
 MDITestFPOPOS::~MDITestFPOPOS() {
-    m_control->SetEventSink(nullptr);
-    m_tmrUpdateControls->stop();
+    m_core->tmrUpdateControls()->stop();
     m_log.reset();
-    // The panels hold references into the members below; they go first.
+    // The panels hold references into the core; they go first.
     qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
 }
 
-void MDITestFPOPOS::BuildLayout() {
+IFiscalPrinter& MDITestFPOPOS::Control() const {
+    return m_core->Control();
+}
+
+clsFprtWrapper& MDITestFPOPOS::FprtWrapper() const {
+    return m_core->FprtWrapper();
+}
+
+clsMacroEngine& MDITestFPOPOS::MacroEngine() const {
+    return m_core->MacroEngine();
+}
+
+QTimer* MDITestFPOPOS::tmrUpdateControls() const {
+    return m_core->tmrUpdateControls();
+}
+
+// The toolbar across the top; below it the left column and the panel on show; the status bar
+// along the bottom. The column keeps its width and the toolbar its height; the panels and the
+// status bar share the rest of the height in the proportion of their design heights.
+void MDITestFPOPOS::BuildFrame() {
     m_app = new frmApp(*m_ctx, this);
     m_toolbar = new frmToolbar(this);
-    m_toolbarHeight = Px(ShellLayout::ToolbarHeightTwips);
-    m_toolbar->resize(m_toolbar->width(), m_toolbarHeight);
-
-    // The frame's client area holds the full-width frmApp under the toolbar.
-    resize(m_app->width(), m_app->height() + m_toolbarHeight);
-    m_app->setGeometry(0, m_toolbarHeight, width(), height() - m_toolbarHeight);
-    m_toolbar->setGeometry(0, 0, width(), m_toolbarHeight);
-
-    m_leftColumn = m_app->LeftMarker();
-    const int panelHeight = m_app->BottomMarker();
 
     m_settings = new frmSettings(*m_ctx, this);
     m_fiscal = new frmFiscalTicket(*m_ctx, this);
@@ -108,37 +118,33 @@ void MDITestFPOPOS::BuildLayout() {
     m_macro = new frmMacro(*m_ctx, this);
     QWidget* macro = m_macro;
     m_panels = {m_settings, m_fiscal, m_nonFiscal, m_reports, m_properties, directIO, autoTests, macro};
-    for (QWidget* panel : {static_cast<QWidget*>(m_settings), static_cast<QWidget*>(m_fiscal),
-                           static_cast<QWidget*>(m_nonFiscal), static_cast<QWidget*>(m_reports), directIO,
-                           static_cast<QWidget*>(m_properties), autoTests, macro}) {
-        panel->setGeometry(m_leftColumn, m_app->y(), m_app->width() - m_leftColumn, panelHeight);
-        panel->setVisible(false);
-    }
+
+    m_stack = new QStackedWidget(this);
+    m_stack->setObjectName(QStringLiteral("stkPanels"));
+    for (QWidget* panel : m_panels)
+        m_stack->addWidget(panel);
+    StretchVertically(m_stack);
 
     m_statusBar = new frmStatusBar(this);
-    m_statusBar->setGeometry(m_app->x(), m_app->y() + panelHeight, m_app->width(),
-                             height() - (m_app->y() + panelHeight));
-    m_statusBar->setVisible(true);
-    m_statusBarHeight = m_statusBar->height();
+    StretchVertically(m_statusBar);
 
-    m_app->setGeometry(m_app->x(), m_app->y(), m_leftColumn, panelHeight);
-}
+    auto* body = new QHBoxLayout;
+    body->setContentsMargins(0, 0, 0, 0);
+    body->setSpacing(0);
+    body->addWidget(m_app);
+    body->addWidget(m_stack, 1);
 
-void MDITestFPOPOS::ApplyLayout() {
-    if (!m_statusBar)
-        return;
-    const auto g = ShellLayout::Arrange(size(), m_toolbarHeight, m_leftColumn, m_statusBarHeight);
-    m_toolbar->setGeometry(g.toolbar);
-    m_app->setGeometry(g.column);
-    m_app->SetBottomMarker(g.panelHeight);
-    for (QWidget* panel : m_panels)
-        panel->setGeometry(g.panel);
-    m_statusBar->setGeometry(g.statusBar);
-}
+    auto* frame = new QVBoxLayout(this);
+    frame->setContentsMargins(0, 0, 0, 0);
+    frame->setSpacing(0);
+    frame->addWidget(m_toolbar);
+    frame->addLayout(body, ShellLayout::PanelHeightTwips);
+    frame->addWidget(m_statusBar, ShellLayout::StatusBarHeightTwips);
 
-void MDITestFPOPOS::resizeEvent(QResizeEvent* e) {
-    QWidget::resizeEvent(e);
-    ApplyLayout();
+    using ShellLayout::Px;
+    resize(QSize(Px(ShellLayout::AppWidthTwips),
+                 Px(ShellLayout::ToolbarHeightTwips + ShellLayout::AppHeightTwips))
+               .expandedTo(minimumSizeHint()));
 }
 
 void MDITestFPOPOS::closeEvent(QCloseEvent* e) {
@@ -148,16 +154,16 @@ void MDITestFPOPOS::closeEvent(QCloseEvent* e) {
 }
 
 void MDITestFPOPOS::ConnectToolbar() {
-    clsDeviceLifecycle* life = m_lifecycle.get();
-    connect(m_toolbar, &frmToolbar::openRequested, this, [life] { life->Open(); });
-    connect(m_toolbar, &frmToolbar::claimRequested, this, [life] { life->Claim(); });
-    connect(m_toolbar, &frmToolbar::enableRequested, this, [life] { life->Enable(); });
-    connect(m_toolbar, &frmToolbar::disableRequested, this, [life] { life->Disable(); });
-    connect(m_toolbar, &frmToolbar::releaseRequested, this, [life] { life->Release(); });
-    connect(m_toolbar, &frmToolbar::closeRequested, this, [life] { life->Close(); });
-    connect(m_toolbar, &frmToolbar::openClaimEnableRequested, this, [life] { life->OpenClaimEnable(); });
-    connect(m_toolbar, &frmToolbar::disableReleaseCloseRequested, this,
-            [life] { life->DisableReleaseClose(); });
+    clsBenchCore* core = m_core.get();
+    connect(m_toolbar, &frmToolbar::openRequested, this, [this, core] { core->Open(m_logo.lblSOName); });
+    connect(m_toolbar, &frmToolbar::claimRequested, core, &clsBenchCore::Claim);
+    connect(m_toolbar, &frmToolbar::enableRequested, core, &clsBenchCore::Enable);
+    connect(m_toolbar, &frmToolbar::disableRequested, core, &clsBenchCore::Disable);
+    connect(m_toolbar, &frmToolbar::releaseRequested, core, &clsBenchCore::Release);
+    connect(m_toolbar, &frmToolbar::closeRequested, core, &clsBenchCore::Close);
+    connect(m_toolbar, &frmToolbar::openClaimEnableRequested, this,
+            [this, core] { core->OpenClaimEnable(m_logo.lblSOName); });
+    connect(m_toolbar, &frmToolbar::disableReleaseCloseRequested, core, &clsBenchCore::DisableReleaseClose);
     connect(m_toolbar, &frmToolbar::panelChosen, this, &MDITestFPOPOS::ShowPanel);
     connect(m_toolbar, &frmToolbar::logWindowRequested, this, &MDITestFPOPOS::ToggleLogWindow);
     connect(m_toolbar, &frmToolbar::escSequencesRequested, this, [this] {
@@ -166,23 +172,23 @@ void MDITestFPOPOS::ConnectToolbar() {
     });
 }
 
+void MDITestFPOPOS::ConnectCore() {
+    clsBenchCore* core = m_core.get();
+    connect(core, &clsBenchCore::resultStatusUpdated, m_statusBar, &frmStatusBar::ShowResult);
+    connect(core, &clsBenchCore::stateLabelUpdated, m_app->lblOposState, &QLabel::setText);
+    connect(core, &clsBenchCore::printerStateLabelUpdated, m_app->lblFPState, &QLabel::setText);
+    connect(core, &clsBenchCore::alarmChanged, m_statusBar, &frmStatusBar::SetAlarm);
+    connect(core, &clsBenchCore::deviceListsOutdated, this, &MDITestFPOPOS::RebuildDeviceLists);
+}
+
 void MDITestFPOPOS::RebuildDeviceLists() {
     m_fiscal->RebuildVatList();
     m_reports->RebuildTotalizerVatList();
     m_fiscal->RebuildPaymentForms();
 }
 
-void MDITestFPOPOS::HideAllPanels() {
-    for (QWidget* panel : {static_cast<QWidget*>(m_settings), static_cast<QWidget*>(m_nonFiscal),
-                           static_cast<QWidget*>(m_fiscal), static_cast<QWidget*>(m_reports),
-                           static_cast<QWidget*>(m_properties), m_panels[frmToolbar::DirectIO],
-                           m_panels[frmToolbar::AutoTests], m_panels[frmToolbar::Macro]})
-        panel->setVisible(false);
-}
-
 void MDITestFPOPOS::ShowPanel(frmToolbar::Panel panel) {
-    HideAllPanels();
-    m_panels[panel]->setVisible(true);
+    m_stack->setCurrentWidget(m_panels[panel]);
 }
 
 void MDITestFPOPOS::ToggleLogWindow() {
@@ -201,20 +207,4 @@ void MDITestFPOPOS::ToggleLogWindow() {
 
 void MDITestFPOPOS::SetEscSequencesOpener(std::function<void(QWidget*)> opener) {
     m_escSequencesOpener = std::move(opener);
-}
-
-void MDITestFPOPOS::RefreshAfterCommand() {
-    m_refresh->RefreshAfterCommand();
-}
-
-void MDITestFPOPOS::UpdateResultStatus() {
-    m_refresh->UpdateResultStatus();
-}
-
-void MDITestFPOPOS::UpdateStateLabel() {
-    m_refresh->UpdateStateLabel();
-}
-
-void MDITestFPOPOS::UpdatePrinterStateLabel() {
-    m_refresh->UpdatePrinterStateLabel();
 }

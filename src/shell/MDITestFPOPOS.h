@@ -11,11 +11,11 @@
 #include <functional>
 #include <memory>
 
+class QStackedWidget;
 class QTimer;
-class clsDeviceLifecycle;
+class clsBenchCore;
 class clsFprtWrapper;
 class clsMacroEngine;
-class clsStatusRefresh;
 class frmApp;
 class frmFiscalTicket;
 class frmLog;
@@ -26,38 +26,28 @@ class frmReports;
 class frmSettings;
 class frmStatusBar;
 
-// The bench's frame. It owns the control, the wrapper and the macro engine, builds every window
-// once, routes the toolbar's requests and takes the control's events.
-class MDITestFPOPOS : public QWidget, public IFiscalPrinterEvents {
+// The bench's frame. It holds the bench's core (control, log, wrapper, macro engine), builds
+// every window once and shows what the core says: the toolbar's requests go to the core, the
+// core's results, state texts and alarms come back to the status bar and the left column.
+class MDITestFPOPOS : public QWidget {
     Q_OBJECT
 public:
     explicit MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, QWidget* parent = nullptr);
     ~MDITestFPOPOS() override;
 
-    void ErrorEvent(int32_t ResultCode, int32_t ResultCodeExtended, int32_t ErrorLocus,
-                    int32_t& pErrorResponse) override;
-    void OutputCompleteEvent(int32_t OutputID) override;
-    void StatusUpdateEvent(int32_t Status) override;
-
-    void RefreshAfterCommand();
-    void UpdateResultStatus();
-    void UpdateStateLabel();
-    void UpdatePrinterStateLabel();
-
     // The toolbar's Log Window: shows the log when hidden, hides it when shown.
     void ToggleLogWindow();
-    void HideAllPanels();
     void ShowPanel(frmToolbar::Panel panel);
 
     // Opens the Esc sequences generator modally; until one is set, ESC Seq does nothing.
     void SetEscSequencesOpener(std::function<void(QWidget* owner)> opener);
 
-    IFiscalPrinter& Control() const { return *m_control; }
-    clsFprtWrapper& FprtWrapper() const { return *m_wrapper; }
-    clsMacroEngine& MacroEngine() const { return *m_engine; }
-    clsDeviceLifecycle& Lifecycle() const { return *m_lifecycle; }
+    clsBenchCore& Core() const { return *m_core; }
+    IFiscalPrinter& Control() const;
+    clsFprtWrapper& FprtWrapper() const;
+    clsMacroEngine& MacroEngine() const;
+    QTimer* tmrUpdateControls() const;
     frmLOGO& Logo() { return m_logo; }
-    QTimer* tmrUpdateControls() const { return m_tmrUpdateControls; }
 
     frmApp* App() const { return m_app; }
     frmToolbar* Toolbar() const { return m_toolbar; }
@@ -72,25 +62,22 @@ public:
     frmMacro* Macro() const { return m_macro; }
 
 protected:
-    void resizeEvent(QResizeEvent* e) override;
     void closeEvent(QCloseEvent* e) override;
 
 private:
-    void BuildLayout();
-    void ApplyLayout();
+    void BuildFrame();
     void ConnectToolbar();
+    void ConnectCore();
     void RebuildDeviceLists();
 
-    std::unique_ptr<IFiscalPrinter> m_control;
-    std::unique_ptr<clsFprtWrapper> m_wrapper;
-    std::unique_ptr<clsMacroEngine> m_engine;
+    std::unique_ptr<clsBenchCore> m_core;
     std::unique_ptr<PanelContext> m_ctx;
     frmLOGO m_logo;
     std::unique_ptr<frmLog> m_log;
-    QTimer* m_tmrUpdateControls;
 
     frmApp* m_app = nullptr;
     frmToolbar* m_toolbar = nullptr;
+    QStackedWidget* m_stack = nullptr;
     frmStatusBar* m_statusBar = nullptr;
     frmSettings* m_settings = nullptr;
     frmFiscalTicket* m_fiscal = nullptr;
@@ -100,11 +87,5 @@ private:
     frmMacro* m_macro = nullptr;
     std::array<QWidget*, frmToolbar::PanelCount> m_panels{};
 
-    std::unique_ptr<clsStatusRefresh> m_refresh;
-    std::unique_ptr<clsDeviceLifecycle> m_lifecycle;
     std::function<void(QWidget*)> m_escSequencesOpener;
-
-    int m_toolbarHeight = 0;
-    int m_leftColumn = 0;
-    int m_statusBarHeight = 0;
 };

@@ -22,10 +22,7 @@ void StateLabel::paintEvent(QPaintEvent* e) {
 
 frmApp::frmApp(PanelContext& ctx, QWidget* parent) : QWidget(parent), m_ctx(ctx) {
     setObjectName(QStringLiteral("frmApp"));
-    resize(Px(ShellLayout::AppWidthTwips), Px(ShellLayout::AppHeightTwips));
-
-    const int column = Px(ShellLayout::LeftColumnTwips);
-    const int margin = 8;
+    setFixedWidth(Px(ShellLayout::LeftColumnTwips));
 
     Frame1 = new QGroupBox(this);
     Frame1->setObjectName(QStringLiteral("Frame1"));
@@ -33,7 +30,6 @@ frmApp::frmApp(PanelContext& ctx, QWidget* parent) : QWidget(parent), m_ctx(ctx)
     cmdResetPrinter->setObjectName(QStringLiteral("cmdResetPrinter"));
     auto* frameLayout = new QVBoxLayout(Frame1);
     frameLayout->addWidget(cmdResetPrinter);
-    Frame1->setGeometry(margin, margin, column - 2 * margin, 56);
 
     QFont arial(QStringLiteral("Arial"));
     arial.setStyleHint(QFont::SansSerif);
@@ -41,22 +37,26 @@ frmApp::frmApp(PanelContext& ctx, QWidget* parent) : QWidget(parent), m_ctx(ctx)
     lblFPState->setObjectName(QStringLiteral("lblFPState"));
     lblOposState = new StateLabel(QStringLiteral("lblOposState"), this);
     lblOposState->setObjectName(QStringLiteral("lblOposState"));
-    int top = margin + 56 + 12;
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setSpacing(12);
+    layout->addWidget(Frame1);
     for (QLabel* l : {lblFPState, lblOposState}) {
         l->setFont(arial);
         l->setFrameShape(QFrame::Panel);
         l->setFrameShadow(QFrame::Sunken);
-        l->setGeometry(margin, top, column - 2 * margin, 48);
-        top += 56;
+        // Room for a long state name broken over two lines.
+        l->setFixedHeight(2 * l->fontMetrics().lineSpacing() + 12);
+        layout->addWidget(l);
     }
+    layout->addStretch();
 
+    // Markers only: outside the layout and never shown.
     lblHidden = new QLabel(QStringLiteral("Label lblHidden per posizionamento forms!"), this);
     lblHidden->setObjectName(QStringLiteral("lblHidden"));
-    lblHidden->move(column, 0);
     lblHidden->setVisible(false);
     lblHiddenBOTTOM = new QLabel(QStringLiteral("Label lblHiddenBOTTOM per posizionamento forms!"), this);
     lblHiddenBOTTOM->setObjectName(QStringLiteral("lblHiddenBOTTOM"));
-    lblHiddenBOTTOM->move(0, Px(ShellLayout::PanelHeightTwips));
     lblHiddenBOTTOM->setVisible(false);
 
     connect(cmdResetPrinter, &QPushButton::clicked, this, [this] {
@@ -65,14 +65,8 @@ frmApp::frmApp(PanelContext& ctx, QWidget* parent) : QWidget(parent), m_ctx(ctx)
     });
 }
 
-int frmApp::LeftMarker() const {
-    return lblHidden->x();
-}
-
-int frmApp::BottomMarker() const {
-    return lblHiddenBOTTOM->y();
-}
-
-void frmApp::SetBottomMarker(int top) {
-    lblHiddenBOTTOM->move(lblHiddenBOTTOM->x(), top);
+void frmApp::resizeEvent(QResizeEvent* e) {
+    QWidget::resizeEvent(e);
+    lblHidden->move(width(), 0);
+    lblHiddenBOTTOM->move(0, height());
 }

@@ -21,16 +21,13 @@ protected:
 };
 
 // The left column: the two state labels and the one device action it offers, Reset Printer.
-// Its two invisible labels are the measures of the whole layout: lblHidden's Left is the
-// column's width, lblHiddenBOTTOM's Top the panels' height.
+// Its width is fixed; its height is that of the panels beside it. The two invisible labels mark
+// those measures, lblHidden's Left the column's width and lblHiddenBOTTOM's Top its height, and
+// follow the column when the frame's layout resizes it.
 class frmApp : public QWidget {
     Q_OBJECT
 public:
     explicit frmApp(PanelContext& ctx, QWidget* parent = nullptr);
-
-    int LeftMarker() const;
-    int BottomMarker() const;
-    void SetBottomMarker(int top);
 
     QGroupBox* Frame1;
     QPushButton* cmdResetPrinter;
@@ -38,6 +35,9 @@ public:
     QLabel* lblOposState;
     QLabel* lblHidden;
     QLabel* lblHiddenBOTTOM;
+
+protected:
+    void resizeEvent(QResizeEvent* e) override;
 
 private:
     PanelContext& m_ctx;

@@ -1,12 +1,14 @@
 #include "frmLog.h"
 
+#include "Seams.h"
+#include "clsBenchLog.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -22,7 +24,7 @@ QFont LogFont() {
 
 } // namespace
 
-frmLog::frmLog(QWidget* parent) : QWidget(parent, Qt::Window) {
+frmLog::frmLog(clsBenchLog& log, QWidget* parent) : QWidget(parent, Qt::Window), m_log(log) {
     setObjectName(QStringLiteral("frmLog"));
     setWindowTitle(QStringLiteral("Opos Test Log Form"));
     // A log left open must not keep the program alive once the main window is gone.
@@ -55,19 +57,11 @@ frmLog::frmLog(QWidget* parent) : QWidget(parent, Qt::Window) {
     connect(cmdClearLog, &QPushButton::clicked, this, &frmLog::Clear);
     connect(cmdMinimize, &QPushButton::clicked, this, &QWidget::hide);
     connect(cmdSaveLog2File, &QPushButton::clicked, this, &frmLog::Save);
-
-    SetLogSink(this);
+    connect(&m_log, &clsBenchLog::appended, this, &frmLog::OnAppended);
+    connect(&m_log, &clsBenchLog::cleared, this, &frmLog::OnCleared);
 }
 
-frmLog::~frmLog() {
-    ILogSink* const current = SetLogSink(nullptr);
-    if (current != this)
-        SetLogSink(current); // another sink took over since: leave it in place
-}
-
-void frmLog::AppendLogLine(const QString& line) {
-    m_lines.append(line);
-    m_pending.append(line);
+void frmLog::OnAppended() {
     // A hidden box needn't be fed: the lines reach it when it is shown.
     if (!m_flushQueued && isVisible()) {
         m_flushQueued = true;
@@ -75,36 +69,26 @@ void frmLog::AppendLogLine(const QString& line) {
     }
 }
 
-void frmLog::FlushPending() {
-    m_flushQueued = false;
-    if (m_pending.isEmpty())
-        return;
-    txtOposLog->appendPlainText(m_pending.join(QLatin1Char('\n')));
-    m_pending.clear();
-}
-
-QString frmLog::LogText() const {
-    if (m_lines.isEmpty())
-        return {};
-    return m_lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n");
-}
-
-void frmLog::Clear() {
-    m_lines.clear();
-    m_pending.clear();
+void frmLog::OnCleared() {
+    m_shown = 0;
     txtOposLog->clear();
 }
 
-QByteArray frmLog::SavedForm(const QString& text) {
-    return (QLatin1Char('"') + text + QStringLiteral("\"\r\n")).toLocal8Bit();
+void frmLog::FlushPending() {
+    m_flushQueued = false;
+    const qsizetype count = m_log.LineCount();
+    if (m_shown >= count)
+        return;
+    QStringList lines;
+    lines.reserve(count - m_shown);
+    for (qsizetype i = m_shown; i < count; ++i)
+        lines.append(m_log.Line(i));
+    txtOposLog->appendPlainText(lines.join(QLatin1Char('\n')));
+    m_shown = count;
 }
 
-bool frmLog::WriteLogFile(const QString& path, const QString& text) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(SavedForm(text));
-    return file.commit();
+void frmLog::Clear() {
+    m_log.Clear();
 }
 
 void frmLog::Save() {
@@ -112,7 +96,8 @@ void frmLog::Save() {
                                       QStringLiteral("Select the output log file"), QString());
     if (path.isEmpty())
         return;
-    WriteLogFile(path, LogText());
+    // A file that can't be written has no message of its own; the log stays as it is.
+    m_log.SaveToFile(path);
 }
 
 bool frmLog::JustHiddenByFocusLoss() const {

@@ -120,3 +120,9 @@ void frmStatusBar::SetAlarm(Alarm alarm, bool raised) {
         break;
     }
 }
+
+void frmStatusBar::ShowResult(const QString& code, const QString& extended, const QString& description) {
+    lblErrorCode->setText(code);
+    lblErrorCodeExt->setText(extended);
+    lblErrorCodeDescription->setText(description);
+}

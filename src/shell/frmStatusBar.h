@@ -1,5 +1,7 @@
 #pragma once
 
+#include "BenchAlarm.h"
+
 #include <QColor>
 #include <QWidget>
 
@@ -29,12 +31,14 @@ public:
     static inline const QColor Green{0, 255, 0};
     static inline const QColor Red{255, 0, 0};
 
-    enum class Alarm { CoverOpen, PaperOut, PaperNearEmpty };
+    using Alarm = BenchAlarm;
 
     explicit frmStatusBar(QWidget* parent = nullptr);
 
     // Red when raised, green when cleared; the lamp and its label alike.
     void SetAlarm(Alarm alarm, bool raised);
+    // The latest result: its code and extended code by name and number, and the error text.
+    void ShowResult(const QString& code, const QString& extended, const QString& description);
 
     QLabel* lblErrorCode;
     QLabel* lblErrorCodeExt;

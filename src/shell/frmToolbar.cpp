@@ -1,5 +1,8 @@
 #include "frmToolbar.h"
 
+#include "ShellLayout.h"
+
+#include <QAction>
 #include <QButtonGroup>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -19,6 +22,7 @@ template <typename Button> Button* Make(const char* name, const char* caption, Q
 
 frmToolbar::frmToolbar(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmToolbar"));
+    setFixedHeight(ShellLayout::Px(ShellLayout::ToolbarHeightTwips));
 
     cmdOpen = Make<QPushButton>("cmdOpen", "Open", this);
     cmdClaim = Make<QPushButton>("cmdClaim", "Claim", this);
@@ -70,21 +74,51 @@ frmToolbar::frmToolbar(QWidget* parent) : QWidget(parent) {
     layout->addLayout(lifecycle);
     layout->addLayout(panels);
 
-    connect(cmdOpen, &QPushButton::clicked, this, &frmToolbar::openRequested);
-    connect(cmdClaim, &QPushButton::clicked, this, &frmToolbar::claimRequested);
-    connect(cmdEnable, &QPushButton::clicked, this, &frmToolbar::enableRequested);
-    connect(cmdDisable, &QPushButton::clicked, this, &frmToolbar::disableRequested);
-    connect(cmdRelease, &QPushButton::clicked, this, &frmToolbar::releaseRequested);
-    connect(cmdClose, &QPushButton::clicked, this, &frmToolbar::closeRequested);
-    connect(cmdOCE, &QPushButton::clicked, this, &frmToolbar::openClaimEnableRequested);
-    connect(cmdDRC, &QPushButton::clicked, this, &frmToolbar::disableReleaseCloseRequested);
-    connect(cmdLogWindow, &QPushButton::clicked, this, &frmToolbar::logWindowRequested);
-    connect(cmdEscSequences, &QPushButton::clicked, this, &frmToolbar::escSequencesRequested);
+    // The device walk on the function keys, forward unshifted and back with Shift; the panels on
+    // Ctrl and their place in the row.
+    actOpen = BackButton(cmdOpen, Qt::Key_F2, &frmToolbar::openRequested);
+    actClaim = BackButton(cmdClaim, Qt::Key_F3, &frmToolbar::claimRequested);
+    actEnable = BackButton(cmdEnable, Qt::Key_F4, &frmToolbar::enableRequested);
+    actDisable = BackButton(cmdDisable, Qt::SHIFT | Qt::Key_F4, &frmToolbar::disableRequested);
+    actRelease = BackButton(cmdRelease, Qt::SHIFT | Qt::Key_F3, &frmToolbar::releaseRequested);
+    actClose = BackButton(cmdClose, Qt::SHIFT | Qt::Key_F2, &frmToolbar::closeRequested);
+    actOCE = BackButton(cmdOCE, Qt::Key_F5, &frmToolbar::openClaimEnableRequested);
+    actDRC = BackButton(cmdDRC, Qt::SHIFT | Qt::Key_F5, &frmToolbar::disableReleaseCloseRequested);
+    actLogWindow = BackButton(cmdLogWindow, Qt::Key_F12, &frmToolbar::logWindowRequested);
+    actEscSequences = BackButton(cmdEscSequences, {}, &frmToolbar::escSequencesRequested);
+    for (int panel = 0; panel < PanelCount; ++panel) {
+        QAbstractButton* option = m_panels->button(panel);
+        m_panelActions[panel] = Back(option, QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + panel)));
+        connect(m_panelActions[panel], &QAction::triggered, option, [option] { option->setChecked(true); });
+    }
     // An option set by code acts as if clicked, as the start-up relies on.
     connect(m_panels, &QButtonGroup::idToggled, this, [this](int panel, bool checked) {
         if (checked)
             emit panelChosen(static_cast<Panel>(panel));
     });
+}
+
+QAction* frmToolbar::Back(QAbstractButton* button, const QKeySequence& shortcut) {
+    auto* action = new QAction(button->text(), this);
+    action->setObjectName(QStringLiteral("act") + button->objectName().mid(3));
+    action->setShortcut(shortcut);
+    action->setShortcutContext(Qt::WindowShortcut);
+    const QString tip = shortcut.isEmpty()
+                            ? button->text()
+                            : button->text() + QStringLiteral(" (") +
+                                  shortcut.toString(QKeySequence::NativeText) + QLatin1Char(')');
+    action->setToolTip(tip);
+    button->setToolTip(tip);
+    addAction(action);
+    return action;
+}
+
+QAction* frmToolbar::BackButton(QPushButton* button, const QKeySequence& shortcut,
+                                void (frmToolbar::*request)()) {
+    QAction* action = Back(button, shortcut);
+    connect(button, &QPushButton::clicked, action, &QAction::trigger);
+    connect(action, &QAction::triggered, this, request);
+    return action;
 }
 
 QRadioButton* frmToolbar::Option(Panel panel) const {

@@ -1,6 +1,7 @@
 // Grabs the automatic tests panel offscreen, on the simulated printer, for the documentation:
 // autotests_screenshot <output folder>
 #include "SimulatedFiscalPrinter.h"
+#include "clsBenchLog.h"
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 #include "frmAutoTests.h"
@@ -13,7 +14,8 @@ int main(int argc, char** argv) {
     const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QDir::currentPath();
 
     SimulatedFiscalPrinter printer;
-    clsFprtWrapper wrapper(printer);
+    clsBenchLog log;
+    clsFprtWrapper wrapper(printer, log);
     clsMacroEngine macro(wrapper);
     wrapper.SetRecorder(&macro);
     macro.Construct();

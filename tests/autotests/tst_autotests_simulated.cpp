@@ -13,7 +13,8 @@ namespace {
 // The automatic tests panel over a freshly opened, claimed and enabled simulated printer.
 struct SimBench {
     SimulatedFiscalPrinter printer;
-    clsFprtWrapper wrapper{printer};
+    clsBenchLog log;
+    clsFprtWrapper wrapper{printer, log};
     clsMacroEngine macro{wrapper};
     QStringList messages;
     PanelContext ctx{printer, wrapper, macro, [this] { Refresh(); }};
@@ -40,11 +41,11 @@ struct SimBench {
     }
     // What follows is what the next test step reads.
     void Mark() {
-        logStart = PanelBench::Log().size();
+        logStart = LinesOf(log).size();
         rollStart = printer.ReceiptRoll().Count();
         messages.clear();
     }
-    QStringList Log() const { return PanelBench::Log().mid(logStart); }
+    QStringList Log() const { return LinesOf(log).mid(logStart); }
     // The refused calls of the log, each up to the names of its codes (the error text dropped).
     QStringList Refusals() const {
         QStringList out;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "IMacroRecorder.h"
-#include "Seams.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -19,23 +18,6 @@ public:
     }
     QStringList lines;
     std::function<void()> onAdd; // lets a test look at the world at the moment of recording
-};
-
-// Collects the log's lines while it is installed; puts the previous sink back when it goes.
-class CollectingSink : public ILogSink {
-public:
-    CollectingSink() : m_previous(SetLogSink(this)) {}
-    ~CollectingSink() override { SetLogSink(m_previous); }
-    void AppendLogLine(const QString& line) override {
-        if (onAppend)
-            onAppend();
-        lines.append(line);
-    }
-    QStringList lines;
-    std::function<void()> onAppend;
-
-private:
-    ILogSink* m_previous;
 };
 
 // Switches the default locale for one scope.

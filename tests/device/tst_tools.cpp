@@ -3,7 +3,6 @@
 #include "Seams.h"
 #include "Tools.h"
 
-#include <QLoggingCategory>
 #include <QTest>
 
 #include <limits>
@@ -232,45 +231,6 @@ private slots:
                  Esc + QStringLiteral("|1C") + Esc + u'x');
         QCOMPARE(EscTokensToBytes(QStringLiteral("[esc]|1C")), QStringLiteral("[esc]|1C"));
         QCOMPARE(EscTokensToBytes(QStringLiteral("[[ESC]ESC]")), u'[' + Esc + QStringLiteral("ESC]"));
-    }
-
-    void writeLogMakesOneLineAndDebugOutput() {
-        QStringList debug;
-        const auto previous = SetDebugOutputHandler([&](const QString& l) { debug.append(l); });
-        ClearDefaultLog();
-        WriteLog(QStringLiteral("two\n"));
-        {
-            CollectingSink sink;
-            WriteLog(QStringLiteral("PrintNormal(1, a") + Esc + QStringLiteral("|2Cb\r\nc)"));
-            QCOMPARE(sink.lines, QStringList{"PrintNormal(1, a[ESC]|2Cb[CR][LF]c)"});
-        }
-        SetDebugOutputHandler(previous);
-        QCOMPARE(debug, QStringList({"two[LF]\r\n", "PrintNormal(1, a[ESC]|2Cb[CR][LF]c)\r\n"}));
-        QCOMPARE(DefaultLogLines(), QStringList{"two[LF]"}); // the default sink keeps what came to it
-        ClearDefaultLog();
-        QVERIFY(DefaultLogLines().isEmpty());
-    }
-
-    void defaultDebugOutputGoesToCategory() {
-        static QStringList messages;
-        static QLoggingCategory::CategoryFilter previousFilter = nullptr;
-        messages.clear();
-        const auto previousHandler = SetDebugOutputHandler({});
-        previousFilter = QLoggingCategory::installFilter([](QLoggingCategory* category) {
-            previousFilter(category);
-            if (qstrcmp(category->categoryName(), "opos.log") == 0)
-                category->setEnabled(QtDebugMsg, true);
-        });
-        const QtMessageHandler previousMessages = qInstallMessageHandler(
-            [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
-                if (type == QtDebugMsg)
-                    messages.append(QString::fromLatin1(context.category) + u'|' + text);
-            });
-        DebugOutput(QStringLiteral("ResetPrinter()     -> OposSuccess(0)\r\n"));
-        qInstallMessageHandler(previousMessages);
-        QLoggingCategory::installFilter(previousFilter);
-        SetDebugOutputHandler(previousHandler);
-        QCOMPARE(messages, QStringList{"opos.log|ResetPrinter()     -> OposSuccess(0)"});
     }
 
     // Without a handler installed, boxes answer on their own and pickers pick nothing.

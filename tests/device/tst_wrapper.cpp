@@ -1,5 +1,7 @@
+#include "BenchLogLines.h"
 #include "DeviceDoubles.h"
 #include "ScriptedPrinter.h"
+#include "Seams.h"
 #include "Tools.h"
 #include "clsFprtWrapper.h"
 
@@ -108,7 +110,7 @@ class TestWrapper : public QObject {
 
     std::optional<ScriptedPrinter> printer;
     std::optional<RecordingMacro> macro;
-    std::optional<CollectingSink> log;
+    std::optional<clsBenchLog> log;
     std::optional<clsFprtWrapper> wrapper;
 
 private slots:
@@ -119,7 +121,7 @@ private slots:
         printer.emplace();
         macro.emplace();
         log.emplace();
-        wrapper.emplace(*printer, &*macro);
+        wrapper.emplace(*printer, *log, &*macro);
     }
 
     void methodLines_data() {
@@ -134,7 +136,7 @@ private slots:
         Out out;
         QCOMPARE(c.call(*wrapper, out), 0);
         QCOMPARE(macro->lines, QStringList{"F_" + Control(c) + c.macroArgs});
-        QCOMPARE(log->lines, QStringList{Control(c) + c.logArgs + Success});
+        QCOMPARE(LinesOf(*log), QStringList{Control(c) + c.logArgs + Success});
         QCOMPARE(printer->CallNames(), QStringList{Control(c)});
     }
     void everyMethodIsCovered() {
@@ -171,7 +173,7 @@ private slots:
         QFETCH(bool, recorder);
         qsizetype callsWhenRecorded = -1, callsWhenLogged = -1;
         macro->onAdd = [&] { callsWhenRecorded = printer->calls.size(); };
-        log->onAppend = [&] { callsWhenLogged = printer->calls.size(); };
+        QObject::connect(&*log, &clsBenchLog::appended, [&] { callsWhenLogged = printer->calls.size(); });
         if (!recorder)
             wrapper->SetRecorder(nullptr);
         printer->Script("PrintXReport", code, extended, error);
@@ -181,7 +183,7 @@ private slots:
         QCOMPARE(callsWhenRecorded, recorder ? 0 : -1);
         QCOMPARE(callsWhenLogged, 1);
         // The tail's own reads go straight to the control and leave no line.
-        QCOMPARE(log->lines, QStringList{"PrintXReport()" + tail});
+        QCOMPARE(LinesOf(*log), QStringList{"PrintXReport()" + tail});
     }
 
     // Values the control changes through a reference show in the log line and reach the caller,
@@ -226,7 +228,7 @@ private slots:
                                             "F_DirectIO$9001$0$0$0$0$0$0$0$0$0$0$0$", "F_GetData$11$0",
                                             "F_GetDate", "F_GetVatEntry$1$0"}));
         QCOMPARE(
-            log->lines,
+            LinesOf(*log),
             QStringList(
                 {"PrintRecItem(\"Pane\", 2.50, 3, 2, -0.50, \"Kg\")" + Success,
                  "DirectIO(DIRECTIO_FPTR_DEPARTMENTCFG, {1, 0, 0, 0, 0, 0, 0, 0, 0, 0, -7}, 1A,2B)" + Success,
@@ -239,7 +241,7 @@ private slots:
         QCOMPARE(printer->CallsOf("PrintNormal").value(0).args.value(1).toString(), text);
         // Tokens for CR and LF are the recorder's business; the wrapper hands the line as it is.
         QCOMPARE(macro->lines, QStringList{"F_PrintNormal$1$" + text});
-        QCOMPARE(log->lines, QStringList{"PrintNormal(1, [ESC]|2CBig[CR][LF]line)" + Success});
+        QCOMPARE(LinesOf(*log), QStringList{"PrintNormal(1, [ESC]|2CBig[CR][LF]line)" + Success});
     }
     void propertyReads_data() {
         QTest::addColumn<int>("prop");
@@ -267,7 +269,7 @@ private slots:
         QFETCH(QString, line);
         printer->Set(Prop(prop), controlValue);
         QTEST(wrapper->ReadProperty(Prop(prop)), "benchValue");
-        QCOMPARE(log->lines, QStringList{line});
+        QCOMPARE(LinesOf(*log), QStringList{line});
         QVERIFY(macro->lines.isEmpty());
         QVERIFY(printer->calls.isEmpty());
     }
@@ -281,7 +283,7 @@ private slots:
         wrapper->SetDeviceEnabled(true);
         QCOMPARE(macro->lines, QStringList({"P_AdditionalHeader$", "P_FreezeEvents$False", "P_PreLine$a\nb",
                                             "P_DeviceEnabled$True"}));
-        QCOMPARE(log->lines,
+        QCOMPARE(LinesOf(*log),
                  QStringList({"AdditionalHeader := \"\"" + Success, "FreezeEvents := False" + Success,
                               "PreLine := \"a[LF]b\"" + Success,
                               "DeviceEnabled := True     -> OposEClosed(101)  (0)  Device closed"}));
@@ -296,18 +298,18 @@ private slots:
         for (const PropertyInfo& p : Properties) {
             const QString name = QLatin1StringView(p.name);
             const bool text = IsBenchText(p.kind), boolean = IsBenchBoolean(p.kind);
-            log->lines.clear();
+            log->Clear();
             printer->reads.clear();
             printer->calls.clear();
             wrapper->ReadProperty(p.id);
             QCOMPARE(printer->reads, QList<Prop>{p.id});
-            QCOMPARE(log->lines.size(), 1);
-            QVERIFY2(log->lines[0].startsWith(name + " = "), qPrintable(log->lines[0]));
-            log->lines.clear();
+            QCOMPARE(LinesOf(*log).size(), 1);
+            QVERIFY2(LinesOf(*log)[0].startsWith(name + " = "), qPrintable(LinesOf(*log)[0]));
+            log->Clear();
             const QVariant value = text ? QVariant("v") : boolean ? QVariant(true) : QVariant(3);
             wrapper->WriteProperty(p.id, value);
             if (!p.writable) {
-                QVERIFY(printer->calls.isEmpty() && log->lines.isEmpty() && macro->lines.isEmpty());
+                QVERIFY(printer->calls.isEmpty() && LinesOf(*log).isEmpty() && macro->lines.isEmpty());
                 continue;
             }
             ++writes;
@@ -315,7 +317,7 @@ private slots:
             QCOMPARE(printer->CallNames(), QStringList{"Set" + name});
             QCOMPARE(printer->Get(p.id), value);
             QCOMPARE(macro->lines, QStringList{"P_" + name + "$" + shown});
-            QCOMPARE(log->lines, QStringList{name + " := " + (text ? "\"v\"" : shown) + Success});
+            QCOMPARE(LinesOf(*log), QStringList{name + " := " + (text ? "\"v\"" : shown) + Success});
             macro->lines.clear();
         }
         QCOMPARE(writes, 20);

@@ -2,6 +2,7 @@
 // documentation: macro_screenshot <output file>.
 #include "Seams.h"
 #include "SimulatedFiscalPrinter.h"
+#include "clsBenchLog.h"
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 #include "frmFiscalTicket.h"
@@ -25,7 +26,8 @@ int main(int argc, char** argv) {
     });
 
     SimulatedFiscalPrinter printer;
-    clsFprtWrapper wrapper(printer);
+    clsBenchLog log;
+    clsFprtWrapper wrapper(printer, log);
     clsMacroEngine macro(wrapper);
     wrapper.SetRecorder(&macro);
     macro.Construct();

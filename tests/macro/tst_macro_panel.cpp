@@ -57,7 +57,8 @@ void DoubleClick(frmMacro& panel, int row) {
 // The panel on the simulated printer, opened, claimed and enabled, with an empty macro.
 struct SimBench {
     SimulatedFiscalPrinter printer;
-    clsFprtWrapper wrapper{printer};
+    clsBenchLog log;
+    clsFprtWrapper wrapper{printer, log};
     clsMacroEngine macro{wrapper};
     QStringList messages;
     PanelContext ctx{printer, wrapper, macro, [] {}};

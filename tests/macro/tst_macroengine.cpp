@@ -1,3 +1,4 @@
+#include "BenchLogLines.h"
 #include "ScriptedPrinter.h"
 #include "Seams.h"
 #include "clsFprtWrapper.h"
@@ -26,7 +27,8 @@ QStringList Describe(const QList<ScriptedPrinter::Call>& calls) {
 
 struct Bench {
     ScriptedPrinter printer;
-    clsFprtWrapper wrapper{printer};
+    clsBenchLog log;
+    clsFprtWrapper wrapper{printer, log};
     clsMacroEngine engine{wrapper};
     int32_t Play(QString line) {
         engine.Construct();
@@ -74,7 +76,6 @@ private slots:
     }
     void init() {
         m_messages.clear();
-        ClearDefaultLog();
         QLocale::setDefault(QLocale::c());
     }
 
@@ -237,7 +238,7 @@ private slots:
         QCOMPARE(b.SelectedRow(), 0); // the selection isn't touched
         b.printer.Script("PrintZReport", 114, 203, "Paper out");
         QCOMPARE(b.engine.PlayLineMacro(), 114); // the last line gives its own result, logged as by hand
-        QVERIFY(DefaultLogLines().contains(
+        QVERIFY(LinesOf(b.log).contains(
             QStringLiteral("PrintZReport()     -> OposEExtended(114)  OposEfptrRecEmpty(203)  Paper out")));
         QVERIFY(!b.engine.IsRunningMacro());
         QCOMPARE(b.SelectedRow(), -1);

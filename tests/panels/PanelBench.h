@@ -1,9 +1,11 @@
 #pragma once
 
+#include "BenchLogLines.h"
 #include "PanelContext.h"
 #include "ScriptedPrinter.h"
 #include "Seams.h"
 #include "Tools.h"
+#include "clsBenchLog.h"
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 
@@ -16,11 +18,12 @@
 
 #include <memory>
 
-// The real wrapper and macro engine over a scripted control, with the status refresh and the
+// The real log, wrapper and macro engine over a scripted control, with the status refresh and the
 // message boxes replaced by recorders.
 struct PanelBench {
     ScriptedPrinter printer;
-    clsFprtWrapper wrapper{printer};
+    clsBenchLog log;
+    clsFprtWrapper wrapper{printer, log};
     clsMacroEngine macro{wrapper};
     QStringList messages; // every message box, in order
     int refreshes = 0;
@@ -29,7 +32,6 @@ struct PanelBench {
     PanelBench() {
         wrapper.SetRecorder(&macro);
         macro.Construct();
-        ClearDefaultLog();
         SetMessageBoxHandler([this](const QString& text, MsgButtons, const QString&) {
             messages.append(text);
             return MsgResult::Ok;
@@ -51,7 +53,7 @@ struct PanelBench {
     }
     int ErrorBoxes() const { return int(messages.filter(QStringLiteral("ERRORS: ")).size()); }
     QStringList MacroLines() const { return macro.Lines(); }
-    static QStringList Log() { return DefaultLogLines(); }
+    QStringList Log() const { return LinesOf(log); }
     static QStringList Words(const char* text) { return QString::fromLatin1(text).split(u' '); }
     // The method calls and property writes that reached the control, writes as "Set<Name>".
     QStringList Calls() const { return printer.CallNames(); }

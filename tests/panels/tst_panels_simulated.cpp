@@ -1,5 +1,6 @@
 #include "Seams.h"
 #include "SimulatedFiscalPrinter.h"
+#include "clsBenchLog.h"
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 #include "frmFiscalTicket.h"
@@ -25,7 +26,8 @@ class PanelsOnSimulatorTest : public QObject {
 private slots:
     void wholeReceiptByHand() {
         SimulatedFiscalPrinter printer;
-        clsFprtWrapper wrapper{printer};
+        clsBenchLog log;
+        clsFprtWrapper wrapper{printer, log};
         clsMacroEngine macro{wrapper};
         QList<int32_t> results; // ResultCode at each refresh
         QStringList messages;
@@ -87,7 +89,8 @@ private slots:
 
     void vatChangeReportsAndPropertiesByHand() {
         SimulatedFiscalPrinter printer;
-        clsFprtWrapper wrapper{printer};
+        clsBenchLog log;
+        clsFprtWrapper wrapper{printer, log};
         clsMacroEngine macro{wrapper};
         QList<int32_t> results;
         PanelContext ctx{printer, wrapper, macro, [&] { results.append(printer.ResultCode()); }};

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "BenchLogLines.h"
 #include "MDITestFPOPOS.h"
 #include "ScriptedPrinter.h"
 #include "Seams.h"
 #include "Tools.h"
+#include "clsBenchCore.h"
 #include "clsMacroEngine.h"
 #include "frmApp.h"
 #include "frmLog.h"
@@ -60,13 +62,8 @@ struct ShellBench {
         SetFilePickerHandlers({});
     }
 
-    QStringList LogLines() const {
-        QStringList lines = window->Log()->LogText().split(QStringLiteral("\r\n"));
-        if (!lines.isEmpty() && lines.constLast().isEmpty())
-            lines.removeLast();
-        return lines;
-    }
-    qsizetype LogMark() const { return window->Log()->LineCount(); }
+    QStringList LogLines() const { return LinesOf(window->Core().Log()); }
+    qsizetype LogMark() const { return window->Core().Log().LineCount(); }
     QStringList LogSince(qsizetype mark) const { return LogLines().mid(mark); }
     QStringList MacroLines() const { return window->MacroEngine().Lines(); }
     QStringList VisiblePanels() const {

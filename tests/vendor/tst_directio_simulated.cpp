@@ -22,7 +22,8 @@ namespace {
 // result; a failure also counts as an "ERRORS: " box.
 struct SimBench {
     SimulatedFiscalPrinter printer;
-    clsFprtWrapper wrapper{printer};
+    clsBenchLog log;
+    clsFprtWrapper wrapper{printer, log};
     clsMacroEngine macro{wrapper};
     QList<int32_t> results;
     int errorBoxes = 0;
@@ -40,19 +41,19 @@ struct SimBench {
         wrapper.WOpen(QStringLiteral("ZorvaneFPU"));
         wrapper.ClaimDevice(2000);
         wrapper.SetDeviceEnabled(true);
-        mark = PanelBench::Log().size();
+        mark = LinesOf(log).size();
     }
     ~SimBench() { SetFilePickerHandlers({}); }
 
     void Press(const char* button) {
         auto* b = panel.findChild<QPushButton*>(QLatin1StringView(button));
         QVERIFY2(b, button);
-        mark = PanelBench::Log().size();
+        mark = LinesOf(log).size();
         b->click();
     }
     // The DirectIO lines since the last press.
     QStringList DirectIOLines() const {
-        return PanelBench::Log().mid(mark).filter(QRegularExpression(QStringLiteral("^DirectIO\\(")));
+        return LinesOf(log).mid(mark).filter(QRegularExpression(QStringLiteral("^DirectIO\\(")));
     }
     // The text the control handed back, as the last DirectIO line shows it.
     QString ReturnedText() const {

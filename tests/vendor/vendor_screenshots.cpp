@@ -4,6 +4,7 @@
 #include "DirectIODisplayTab.h"
 #include "Seams.h"
 #include "SimulatedFiscalPrinter.h"
+#include "clsBenchLog.h"
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 #include "frmDirectIO.h"
@@ -24,7 +25,8 @@ int main(int argc, char** argv) {
     const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QDir::currentPath();
 
     SimulatedFiscalPrinter printer;
-    clsFprtWrapper wrapper(printer);
+    clsBenchLog log;
+    clsFprtWrapper wrapper(printer, log);
     clsMacroEngine macro(wrapper);
     wrapper.SetRecorder(&macro);
     macro.Construct();

@@ -1,19 +1,13 @@
 #include "MacroRunner.h"
 
-#include "EventLines.h"
 #include "IFiscalPrinter.h"
 #include "OposAll.h"
 #include "Seams.h"
-#include "Tools.h"
-#include "clsFprtWrapper.h"
-#include "clsMacroEngine.h"
+#include "clsBenchCore.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
-#include <QSaveFile>
-#include <QStringConverter>
 #include <QTextStream>
 #include <QTimer>
 
@@ -24,85 +18,26 @@ const QString ProgramName = QStringLiteral("fpubench-run");
 // Asynchronous output still queued after the last line gets this long to finish.
 constexpr qint64 DrainLimitMs = 30000;
 
-// Every log line on standard output, and kept for --log.
-class ConsoleLogSink : public ILogSink {
+// The boxes the bench would show come out on the error stream as "message: TEXT" and are
+// answered as nobody is there to answer them. In place for one run.
+class MessageBoxesToStream {
 public:
-    explicit ConsoleLogSink(QTextStream& out) : m_out(out) {}
-    void AppendLogLine(const QString& line) override {
-        m_out << line << '\n';
-        m_out.flush();
-        lines.append(line);
+    explicit MessageBoxesToStream(QTextStream& err)
+        : m_previous(SetMessageBoxHandler([&err](const QString& text, MsgButtons buttons, const QString&) {
+              WriteMessage(err, text);
+              return UnattendedAnswer(buttons);
+          })) {}
+    ~MessageBoxesToStream() { SetMessageBoxHandler(std::move(m_previous)); }
+    MessageBoxesToStream(const MessageBoxesToStream&) = delete;
+    MessageBoxesToStream& operator=(const MessageBoxesToStream&) = delete;
+
+    static void WriteMessage(QTextStream& err, const QString& text) {
+        err << "message: " << text << '\n';
+        err.flush();
     }
-    QStringList lines;
 
 private:
-    QTextStream& m_out;
-};
-
-// The runner stands where the bench's seams are: the log, the message boxes and the debug output
-// (whose lines would only repeat standard output). Restored when the run ends.
-class ConsoleSession {
-public:
-    ConsoleSession(QTextStream& out, QTextStream& err, int32_t errorResponse) : sink(out) {
-        m_previousSink = SetLogSink(&sink);
-        m_previousBox = SetMessageBoxHandler(
-            [&err, errorResponse](const QString& text, MsgButtons buttons, const QString&) {
-                err << "message: " << text << '\n';
-                err.flush();
-                // The error event's Retry/Cancel box is answered as the command line asked.
-                if (buttons == MsgButtons::RetryCancel && errorResponse == 11)
-                    return MsgResult::Retry;
-                return UnattendedAnswer(buttons);
-            });
-        m_previousDebug = SetDebugOutputHandler([](const QString&) {});
-    }
-    ~ConsoleSession() {
-        SetDebugOutputHandler(std::move(m_previousDebug));
-        SetMessageBoxHandler(std::move(m_previousBox));
-        SetLogSink(m_previousSink);
-    }
-    ConsoleSession(const ConsoleSession&) = delete;
-    ConsoleSession& operator=(const ConsoleSession&) = delete;
-
-    ConsoleLogSink sink;
-
-private:
-    ILogSink* m_previousSink = nullptr;
-    MessageBoxHandler m_previousBox;
-    DebugOutputHandler m_previousDebug;
-};
-
-// The control's events, answered as the operator of the bench would, with the answer fixed
-// by --error-response.
-class RunnerEvents : public IFiscalPrinterEvents {
-public:
-    void ErrorEvent(int32_t ResultCode, int32_t ResultCodeExtended, int32_t,
-                    int32_t& pErrorResponse) override {
-        const MsgResult answer = ShowMessage(EventLines::ErrorEventQuestion(ResultCode, ResultCodeExtended),
-                                             MsgButtons::RetryCancel);
-        pErrorResponse = answer == MsgResult::Retry ? 11 : 12;
-        Tools::WriteLog(EventLines::ErrorEventLogLine(ResultCode, ResultCodeExtended, pErrorResponse));
-    }
-    void OutputCompleteEvent(int32_t OutputID) override {
-        Tools::WriteLog(EventLines::OutputCompleteEventLogLine(OutputID));
-    }
-    void StatusUpdateEvent(int32_t Status) override {
-        if (const auto line = EventLines::StatusUpdateEventLogLine(Status))
-            Tools::WriteLog(*line);
-    }
-};
-
-class EventSinkGuard {
-public:
-    EventSinkGuard(IFiscalPrinter& device, IFiscalPrinterEvents* sink) : m_device(device) {
-        m_device.SetEventSink(sink);
-    }
-    ~EventSinkGuard() { m_device.SetEventSink(nullptr); }
-    EventSinkGuard(const EventSinkGuard&) = delete;
-    EventSinkGuard& operator=(const EventSinkGuard&) = delete;
-
-private:
-    IFiscalPrinter& m_device;
+    MessageBoxHandler m_previous;
 };
 
 void LetEventsRun(int ms) {
@@ -115,36 +50,6 @@ void LetEventsRun(int ms) {
     loop.exec();
 }
 
-// What a toolbar action does after its call: the "ERRORS: " box on a failure and the State read
-// that repaints the label (the status bar itself has no place here).
-void RefreshAfterCommand(IFiscalPrinter& device, clsFprtWrapper& wrapper) {
-    const int32_t code = device.ResultCode();
-    const int32_t extended = device.ResultCodeExtended();
-    const QString text = device.ErrorString();
-    if (code != 0)
-        ShowMessage(QStringLiteral("ERRORS: ") + Tools::ResultCodeName(code) + QLatin1Char('(') +
-                    QString::number(code) + QStringLiteral(")  ") + Tools::ResultCodeExtendedName(extended) +
-                    QLatin1Char('(') + QString::number(extended) + QStringLiteral(")  ") + text);
-    wrapper.State();
-}
-
-// Open Claim Enable as the toolbar does it; true when the device ends up enabled without error.
-bool OpenClaimEnable(const QString& deviceName, IFiscalPrinter& device, clsFprtWrapper& wrapper) {
-    const int32_t opened = wrapper.WOpen(deviceName);
-    RefreshAfterCommand(device, wrapper);
-    if (opened == 0)
-        wrapper.SetFreezeEvents(false);
-    if (wrapper.ResultCode() == 0) {
-        wrapper.ClaimDevice(2000);
-        RefreshAfterCommand(device, wrapper);
-    }
-    if (wrapper.ResultCode() == 0) {
-        wrapper.SetDeviceEnabled(true);
-        RefreshAfterCommand(device, wrapper);
-    }
-    return device.ResultCode() == 0;
-}
-
 // Queued output finishes, and its events reach the log, before the program ends.
 void DrainOutput(IFiscalPrinter& device) {
     QElapsedTimer elapsed;
@@ -152,19 +57,6 @@ void DrainOutput(IFiscalPrinter& device) {
     LetEventsRun(0);
     while (device.State() == OposAll::OPOS_S_BUSY && elapsed.elapsed() < DrainLimitMs)
         LetEventsRun(10);
-}
-
-// The log window's file format: the whole log as one quoted value.
-bool SaveLog(const QString& fileName, const QStringList& lines) {
-    QString text = QStringLiteral("\"");
-    for (const QString& line : lines)
-        text += line + QStringLiteral("\r\n");
-    text += QStringLiteral("\"\r\n");
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    const QByteArray bytes = QStringEncoder(QStringConverter::System).encode(text);
-    return file.write(bytes) == bytes.size() && file.commit();
 }
 
 bool TakeValue(const QStringList& arguments, qsizetype& i, const QString& option, QString& value,
@@ -209,8 +101,10 @@ bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QStrin
         } else if (Matches(a, QStringLiteral("--device"))) {
             if (!TakeValue(arguments, i, QStringLiteral("--device"), options.device, error))
                 return false;
-            if (options.device.isEmpty()) {
-                error = QStringLiteral("--device needs a name");
+            // The toolbar's Open reaches the control with these names only.
+            if (!clsBenchCore::IsAcceptedDeviceName(options.device)) {
+                error = QStringLiteral("--device is ZorvaneFPU or Tessorim, not \"") + options.device +
+                        QLatin1Char('"');
                 return false;
             }
         } else if (Matches(a, QStringLiteral("--delay"))) {
@@ -261,11 +155,19 @@ bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QStrin
 }
 
 int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream& out, QTextStream& err) {
-    ConsoleSession session(out, err, options.errorResponse);
-    RunnerEvents events;
-    EventSinkGuard sinkGuard(device, &events);
-    clsFprtWrapper wrapper(device);
-    clsMacroEngine engine(wrapper);
+    MessageBoxesToStream boxes(err);
+    // The error event's question goes out like a box and is answered as the command line asked.
+    clsBenchCore core(device, [&err, retry = options.errorResponse == 11](const QString& question) {
+        MessageBoxesToStream::WriteMessage(err, question);
+        return retry;
+    });
+    clsBenchLog& log = core.Log();
+    QObject::connect(&log, &clsBenchLog::appended, [&log, &out](qsizetype first, qsizetype count) {
+        for (qsizetype i = first; i < first + count; ++i)
+            out << log.Line(i) << '\n';
+        out.flush();
+    });
+    clsMacroEngine& engine = core.MacroEngine();
 
     if (engine.LoadFromFile(options.macroFile) != 0) {
         if (engine.LineCount() == clsMacroEngine::StoreSize)
@@ -280,8 +182,10 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     // Positioned from here on, so the runner's own calls don't add to the macro.
     engine.StartSavedMacro();
     bool failed = false;
-    if (options.open && !OpenClaimEnable(options.device, device, wrapper))
-        failed = true;
+    if (options.open) {
+        core.OpenClaimEnable(options.device);
+        failed = device.ResultCode() != 0;
+    }
 
     if (!(failed && options.stopOnError)) {
         while (engine.IsRunningMacro()) {
@@ -301,7 +205,7 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     }
     DrainOutput(device);
 
-    if (!options.logFile.isEmpty() && !SaveLog(options.logFile, session.sink.lines)) {
+    if (!options.logFile.isEmpty() && !log.SaveToFile(options.logFile)) {
         err << ProgramName << ": cannot write log file " << options.logFile << '\n';
         err.flush();
     }

@@ -8,10 +8,11 @@
 class IFiscalPrinter;
 class QTextStream;
 
-// fpubench-run: replays a macro file headlessly through the bench's own macro engine, wrapper and
-// log. Log lines go to `out`, one per line; messages the bench would show in a box go to `err`.
+// fpubench-run: replays a macro file headlessly through the bench's core, the same macro engine,
+// wrapper, log and device actions as the window. Log lines go to `out`, one per line; messages the
+// bench would show in a box go to `err`.
 struct RunOptions {
-    QString device = QStringLiteral("ZorvaneFPU");
+    QString device = QStringLiteral("ZorvaneFPU"); // "ZorvaneFPU" or "Tessorim"
     bool open = false;
     bool stopOnError = false;
     int delayMs = 0;

@@ -1,8 +1,8 @@
-#include "EventLines.h"
+#include "BenchTexts.h"
 
 #include "Tools.h"
 
-namespace EventLines {
+namespace BenchTexts {
 
 namespace {
 
@@ -66,4 +66,22 @@ std::optional<QString> StatusUpdateEventLogLine(int32_t status) {
     return QStringLiteral("StatusUpdateEvent(") + QLatin1StringView(name) + QLatin1Char(')');
 }
 
-} // namespace EventLines
+QString ResultCodeLabel(int32_t code) {
+    return Tools::ResultCodeName(code) + QLatin1Char('(') + QString::number(code) + QLatin1Char(')');
+}
+
+QString ResultCodeExtendedLabel(int32_t extended) {
+    return Tools::ResultCodeExtendedName(extended) + QLatin1Char('(') + QString::number(extended) +
+           QLatin1Char(')');
+}
+
+QString ErrorsText(int32_t code, int32_t extended, const QString& errorString) {
+    return QStringLiteral("ERRORS: ") + ResultCodeLabel(code) + QStringLiteral("  ") +
+           ResultCodeExtendedLabel(extended) + QStringLiteral("  ") + errorString;
+}
+
+QString StateLabelText(const QString& name, int32_t value) {
+    return name + QStringLiteral("   (") + Tools::NumberText(value) + QLatin1Char(')');
+}
+
+} // namespace BenchTexts
