@@ -1,3 +1,4 @@
+#include "CommandLine.h"
 #include "MDITestFPOPOS.h"
 #include "SimulatedFiscalPrinter.h"
 
@@ -6,8 +7,15 @@
 #include <memory>
 
 int main(int argc, char* argv[]) {
+    const BenchStart start = ParseBenchArguments(CommandLine::Arguments(argc, argv));
+    if (!start.openWindow)
+        return FinishWithoutWindow(start);
+
     QApplication app(argc, argv);
-    MDITestFPOPOS window(std::make_unique<SimulatedFiscalPrinter>());
+    frmLOGO logo;
+    if (!start.device.isEmpty())
+        logo.lblSOName = start.device;
+    MDITestFPOPOS window(std::make_unique<SimulatedFiscalPrinter>(), logo);
     window.show();
     return app.exec();
 }
