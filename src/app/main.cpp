@@ -1,3 +1,4 @@
+#include "BenchSettings.h"
 #include "CommandLine.h"
 #include "MDITestFPOPOS.h"
 #include "SimulatedFiscalPrinter.h"
@@ -12,10 +13,12 @@ int main(int argc, char* argv[]) {
         return FinishWithoutWindow(start);
 
     QApplication app(argc, argv);
+    SetBenchIdentity();
     frmLOGO logo;
     if (!start.device.isEmpty())
         logo.lblSOName = start.device;
     MDITestFPOPOS window(std::make_unique<SimulatedFiscalPrinter>(), logo);
+    WindowMemory memory(window);
     window.show();
     return app.exec();
 }
