@@ -3,6 +3,8 @@
 set -euo pipefail
 
 packages=(cmake g++ make qt6-base-dev qt6-base-dev-tools libgl-dev libbenchmark-dev)
+# The install test checks the menu entry and the man pages; cpack's DEB needs dpkg-shlibdeps.
+packages+=(desktop-file-utils groff-base dpkg-dev)
 # A real window for screenshots needs an X server; tests themselves run offscreen.
 if [ "${FPUBENCH_WITH_XVFB:-0}" = 1 ]; then packages+=(xvfb xauth); fi
 

@@ -1,3 +1,5 @@
+#include "BenchSettings.h"
+#include "CommandLine.h"
 #include "MDITestFPOPOS.h"
 #include "SimulatedFiscalPrinter.h"
 
@@ -6,8 +8,17 @@
 #include <memory>
 
 int main(int argc, char* argv[]) {
+    const BenchStart start = ParseBenchArguments(CommandLine::Arguments(argc, argv));
+    if (!start.openWindow)
+        return FinishWithoutWindow(start);
+
     QApplication app(argc, argv);
-    MDITestFPOPOS window(std::make_unique<SimulatedFiscalPrinter>());
+    SetBenchIdentity();
+    frmLOGO logo;
+    if (!start.device.isEmpty())
+        logo.lblSOName = start.device;
+    MDITestFPOPOS window(std::make_unique<SimulatedFiscalPrinter>(), logo);
+    WindowMemory memory(window);
     window.show();
     return app.exec();
 }

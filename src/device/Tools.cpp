@@ -3,6 +3,7 @@
 #include "Seams.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 
@@ -378,11 +379,17 @@ QString NumberText(int64_t value) {
     return value < 0 ? QString::number(value) : QStringLiteral(" ") + QString::number(value);
 }
 
+QString AppFolderFor(const QString& programFolder) {
+    const QString installed =
+        QDir::cleanPath(programFolder + QLatin1Char('/') + QStringLiteral(FPU_DATA_FROM_BIN));
+    return QFileInfo(installed).isDir() ? installed : programFolder;
+}
+
 QString AppFolder() {
     if (QCoreApplication::instance())
-        return QCoreApplication::applicationDirPath();
+        return AppFolderFor(QCoreApplication::applicationDirPath());
     const QFileInfo exe(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath());
-    return exe.absolutePath();
+    return AppFolderFor(exe.absolutePath());
 }
 
 } // namespace Tools

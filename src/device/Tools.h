@@ -43,7 +43,11 @@ std::optional<int16_t> StrictInteger(const QString& text);
 // " 5", "-1", " 0": a blank where a positive number's sign would stand.
 QString NumberText(int64_t value);
 
-// The folder of the running program, without a trailing separator.
+// Where the files the bench ships (nftest.bmp, the sample macro) are, without a trailing
+// separator: the folder of the running program in a build, and the data folder that an install
+// puts beside the programs' folder (../share/fpubench) once installed.
 QString AppFolder();
+// The same for a program in `programFolder`.
+QString AppFolderFor(const QString& programFolder);
 
 } // namespace Tools

@@ -6,9 +6,9 @@
 #include "ShellPickers.h"
 #include "clsBenchCore.h"
 #include "frmApp.h"
+#include "frmAutoTests.h"
 #include "frmDirectIO.h"
 #include "frmEscSequences.h"
-#include "frmAutoTests.h"
 #include "frmFiscalTicket.h"
 #include "frmLog.h"
 #include "frmMacro.h"
@@ -43,7 +43,11 @@ void StretchVertically(QWidget* w) {
 } // namespace
 
 MDITestFPOPOS::MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, QWidget* parent)
-    : QWidget(parent), m_core(std::make_unique<clsBenchCore>(std::move(control), AskRetry)) {
+    : MDITestFPOPOS(std::move(control), frmLOGO(), parent) {}
+
+MDITestFPOPOS::MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, frmLOGO logo, QWidget* parent)
+    : QWidget(parent), m_core(std::make_unique<clsBenchCore>(std::move(control), AskRetry)),
+      m_logo(std::move(logo)) {
     setObjectName(QStringLiteral("MDITestFPOPOS"));
     ShellPickers::InstallDialogSeams();
 

@@ -33,6 +33,8 @@ class MDITestFPOPOS : public QWidget {
     Q_OBJECT
 public:
     explicit MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, QWidget* parent = nullptr);
+    // With a customisation record other than the build's, such as another device name.
+    MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, frmLOGO logo, QWidget* parent = nullptr);
     ~MDITestFPOPOS() override;
 
     // The toolbar's Log Window: shows the log when hidden, hides it when shown.

@@ -1,7 +1,11 @@
 #include "ShellPickers.h"
 
+#include "BenchSettings.h"
+
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QSettings>
 
 namespace ShellPickers {
 
@@ -89,6 +93,38 @@ MsgResult ResultOf(QMessageBox::StandardButton button) {
     }
 }
 
+QString LastFolderKey(PickerKind kind, const QString& filter) {
+    QString name;
+    if (kind == PickerKind::Folder) {
+        name = QStringLiteral("folder");
+    } else {
+        const QString pattern = filter.section(QLatin1Char('|'), 1, 1).section(QLatin1Char(';'), 0, 0);
+        for (const QChar c : pattern.section(QLatin1Char('.'), -1).toLower())
+            if (c.isLetterOrNumber())
+                name.append(c);
+        if (name.isEmpty())
+            name = QStringLiteral("files");
+    }
+    return BenchSettings::LastFolder + QLatin1Char('/') + name;
+}
+
+QString PickRemembering(const QString& key, PickerKind kind, const QString& startFolder,
+                        const std::function<QString(const QString& start)>& dialog) {
+    QSettings settings;
+    QString start = startFolder;
+    if (start.isEmpty()) {
+        const QString last = settings.value(key).toString();
+        if (!last.isEmpty() && QFileInfo(last).isDir())
+            start = last;
+    }
+    const QString picked = dialog(start);
+    if (!picked.isEmpty()) {
+        const QFileInfo info(picked);
+        settings.setValue(key, kind == PickerKind::Folder ? info.absoluteFilePath() : info.absolutePath());
+    }
+    return picked;
+}
+
 namespace {
 
 QString RunFileDialog(QWidget* owner, FileMode mode, const QString& filter, const QString& title,
@@ -103,21 +139,28 @@ QString RunFileDialog(QWidget* owner, FileMode mode, const QString& filter, cons
 } // namespace
 
 QString PickFolderDialog(const QString& startFolder, QWidget* owner, const QString& title) {
-    QFileDialog dialog(owner);
-    ConfigureFolderDialog(dialog, startFolder, title);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return {};
-    return dialog.selectedFiles().constFirst();
+    return PickRemembering(LastFolderKey(PickerKind::Folder, {}), PickerKind::Folder, startFolder,
+                           [owner, &title](const QString& start) {
+                               QFileDialog dialog(owner);
+                               ConfigureFolderDialog(dialog, start, title);
+                               if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+                                   return QString();
+                               return dialog.selectedFiles().constFirst();
+                           });
 }
 
 QString PickOpenFileDialog(QWidget* owner, const QString& filter, const QString& title,
                            const QString& initialFolder) {
-    return RunFileDialog(owner, FileMode::Open, filter, title, initialFolder);
+    return PickRemembering(
+        LastFolderKey(PickerKind::File, filter), PickerKind::File, initialFolder,
+        [&](const QString& start) { return RunFileDialog(owner, FileMode::Open, filter, title, start); });
 }
 
 QString PickSaveFileDialog(QWidget* owner, const QString& filter, const QString& title,
                            const QString& initialFolder) {
-    return RunFileDialog(owner, FileMode::Save, filter, title, initialFolder);
+    return PickRemembering(
+        LastFolderKey(PickerKind::File, filter), PickerKind::File, initialFolder,
+        [&](const QString& start) { return RunFileDialog(owner, FileMode::Save, filter, title, start); });
 }
 
 MsgResult MessageBoxDialog(const QString& text, MsgButtons buttons, const QString& title) {

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class QFileDialog;
 class QWidget;
 
@@ -24,6 +26,17 @@ void ConfigureFileDialog(QFileDialog& dialog, FileMode mode, const QString& filt
 void ConfigureFolderDialog(QFileDialog& dialog, const QString& startFolder, const QString& title);
 void ConfigureMessageBox(QMessageBox& box, const QString& text, MsgButtons buttons, const QString& title);
 MsgResult ResultOf(QMessageBox::StandardButton button);
+
+// The last folder of each picker, kept between runs. Folder pickers share one; file pickers keep
+// one for each kind of file, named by the first pattern of their filter: "oposcmd" for macros,
+// opened or saved, "log" for logs.
+enum class PickerKind { Folder, File };
+QString LastFolderKey(PickerKind kind, const QString& filter);
+// Runs `dialog` from `startFolder` when the caller gives one, else from the folder last picked
+// under `key`, if it still exists. Remembers the folder of what the operator picked; a cancel
+// changes nothing.
+QString PickRemembering(const QString& key, PickerKind kind, const QString& startFolder,
+                        const std::function<QString(const QString& start)>& dialog);
 
 QString PickFolderDialog(const QString& startFolder, QWidget* owner, const QString& title);
 QString PickOpenFileDialog(QWidget* owner, const QString& filter, const QString& title,

@@ -47,16 +47,21 @@ private slots:
         const QString m = Macro("u.oposcmd", "F_PrintXReport\r\n");
         const QString missing = m_dir.filePath("missing.oposcmd");
         QTest::newRow("unknown option") << QStringList{"--fast", m} << "--fast";
+        QTest::newRow("unknown short option") << QStringList{"-x", m} << "-x";
         QTest::newRow("no file") << QStringList{"--open"} << "";
         QTest::newRow("two files") << QStringList{m, m} << "";
         QTest::newRow("delay not a number") << QStringList{"--delay", "soon", m} << "";
         QTest::newRow("negative delay") << QStringList{"--delay=-5", m} << "";
+        QTest::newRow("a bad delay before a good one")
+            << QStringList{"--delay", "soon", "--delay=5", m} << "soon";
         QTest::newRow("bad response") << QStringList{"--error-response", "ignore", m} << "";
         QTest::newRow("device the bench doesn't open")
             << QStringList{"--open", "--device", "Nowhere", m} << "Nowhere";
         QTest::newRow("device name in the wrong case") << QStringList{"--device=tessorim", m} << "tessorim";
-        QTest::newRow("missing value") << QStringList{m, "--log"} << "";
+        QTest::newRow("missing value") << QStringList{m, "--log"} << "--log";
+        QTest::newRow("empty log name") << QStringList{"--log=", m} << "--log";
         QTest::newRow("unreadable file") << QStringList{"--open", missing} << missing;
+        QTest::newRow("file after --") << QStringList{"--", "--missing.oposcmd"} << "--missing.oposcmd";
     }
     void exitsTwo() {
         QFETCH(QStringList, args);
@@ -65,8 +70,80 @@ private slots:
         QCOMPARE(r.status, 2);
         QVERIFY(r.out.isEmpty());
         QCOMPARE(Lines(r.err).size(), 1);
-        QVERIFY2(r.err.size() > 1 && r.err.contains(mentions), qPrintable(r.err));
+        QVERIFY2(r.err.startsWith("fpubench-run: ") && r.err.contains(mentions), qPrintable(r.err));
+        // The line says what to do next: read the help, or see to the file.
+        QVERIFY2(r.err.contains("see fpubench-run --help") || r.err.contains("check the path"),
+                 qPrintable(r.err));
         QVERIFY(p->calls.isEmpty()); // not even the --open steps
+    }
+
+    // Every option reaches the run as given, whatever its form.
+    void options_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("device");
+        QTest::addColumn<bool>("open");
+        QTest::addColumn<bool>("stop");
+        QTest::addColumn<int>("delay");
+        QTest::addColumn<QString>("log");
+        QTest::addColumn<int>("response");
+        QTest::newRow("defaults") << QStringList{"m.oposcmd"} << "ZorvaneFPU" << false << false << 0 << ""
+                                  << 12;
+        QTest::newRow("all, values apart")
+            << QStringList{"--device", "Tessorim", "--open",           "--stop-on-error", "--delay",  "7",
+                           "--log",    "run.log",  "--error-response", "retry",           "m.oposcmd"}
+            << "Tessorim" << true << true << 7 << "run.log" << 11;
+        QTest::newRow("values after =, file first")
+            << QStringList{"m.oposcmd", "--device=ZorvaneFPU", "--delay=0", "--log=a b.log",
+                           "--error-response=clear"}
+            << "ZorvaneFPU" << false << false << 0 << "a b.log" << 12;
+        QTest::newRow("the last value counts")
+            << QStringList{"--error-response", "retry",     "--error-response", "clear",
+                           "--delay=3",        "--delay=4", "m.oposcmd"}
+            << "ZorvaneFPU" << false << false << 4 << "" << 12;
+    }
+    void options() {
+        QFETCH(QStringList, args);
+        RunOptions o;
+        QString error;
+        QVERIFY2(ParseRunArguments(QStringList{"fpubench-run"} + args, o, error), qPrintable(error));
+        QTEST(o.device, "device");
+        QTEST(o.open, "open");
+        QTEST(o.stopOnError, "stop");
+        QTEST(o.delayMs, "delay");
+        QTEST(o.logFile, "log");
+        QTEST(o.errorResponse, "response");
+        QCOMPARE(o.macroFile, QStringLiteral("m.oposcmd"));
+        QVERIFY(!o.help && !o.version);
+    }
+
+    // Help and version need no file, go to stdout and touch no device.
+    void helpAndVersion_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<bool>("help");
+        QTest::newRow("--help") << QStringList{"--help"} << true;
+        QTest::newRow("-h with a file") << QStringList{"-h", "m.oposcmd"} << true;
+        QTest::newRow("help after a bad device") << QStringList{"--device", "x", "--help"} << true;
+        QTest::newRow("--version") << QStringList{"--version"} << false;
+        QTest::newRow("-v") << QStringList{"-v"} << false;
+    }
+    void helpAndVersion() {
+        QFETCH(QStringList, args);
+        QFETCH(bool, help);
+        const Run r = Main(args);
+        QCOMPARE(r.status, 0);
+        QVERIFY(r.err.isEmpty());
+        QVERIFY(p->calls.isEmpty());
+        if (!help) {
+            QCOMPARE(r.out, QStringLiteral("fpubench-run 1.0.13\n"));
+            return;
+        }
+        QVERIFY2(r.out.startsWith("Usage: fpubench-run [options] MACRO.oposcmd\n"), qPrintable(r.out));
+        for (const char* option :
+             {"--device <NAME>", "--open", "--stop-on-error", "--delay <MS>", "--log <FILE>",
+              "--error-response <retry|clear>", "-h, --help", "-v, --version"})
+            QVERIFY2(r.out.contains(QLatin1String(option)), option);
+        // The exit codes are part of the help.
+        QVERIFY(r.out.contains("0 when every line returned 0, 1 when one did not, 2 for a usage error"));
     }
 
     void failingLineExitsOne_data() {

@@ -38,11 +38,11 @@ struct ShellBench {
     QString savePath;             // what the save picker answers
 
     // `prepare` sets up the control before the window's load runs.
-    template <typename Prepare> explicit ShellBench(Prepare prepare) {
+    template <typename Prepare> explicit ShellBench(Prepare prepare, frmLOGO logo = frmLOGO()) {
         auto control = std::make_unique<ScriptedPrinter>();
         printer = control.get();
         prepare(*printer);
-        window = std::make_unique<MDITestFPOPOS>(std::move(control));
+        window = std::make_unique<MDITestFPOPOS>(std::move(control), std::move(logo));
         SetMessageBoxHandler([this](const QString& text, MsgButtons buttons, const QString& title) {
             boxes.append({text, buttons, title, LogMark()});
             return answer;

@@ -1,15 +1,19 @@
 #include "MacroRunner.h"
 
+#include "CommandLine.h"
 #include "IFiscalPrinter.h"
 #include "OposAll.h"
 #include "Seams.h"
 #include "clsBenchCore.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTextStream>
 #include <QTimer>
+
+#include <vector>
 
 namespace {
 
@@ -59,92 +63,129 @@ void DrainOutput(IFiscalPrinter& device) {
         LetEventsRun(10);
 }
 
-bool TakeValue(const QStringList& arguments, qsizetype& i, const QString& option, QString& value,
-               QString& error) {
-    const QString& argument = arguments.at(i);
-    if (argument.startsWith(option + QLatin1Char('='))) {
-        value = argument.mid(option.size() + 1);
-        return true;
-    }
-    if (i + 1 >= arguments.size()) {
-        error = option + QStringLiteral(" needs a value");
-        return false;
-    }
-    value = arguments.at(++i);
-    return true;
+} // namespace
+
+namespace {
+
+// One row per option: the option as the parser knows it and what its value does to the run.
+// Help and version come first. To add an option, add its row.
+// A flag's row gets an empty value; a row returns the error, or the empty text.
+struct RunOptionRow {
+    QCommandLineOption option;
+    QString (*apply)(const QString& value, RunOptions& options);
+};
+
+const std::vector<RunOptionRow>& RunOptionTable() {
+    static const std::vector<RunOptionRow> rows = {
+        {QCommandLineOption({QStringLiteral("h"), QStringLiteral("help")},
+                            QStringLiteral("Show this help and exit.")),
+         [](const QString&, RunOptions& o) {
+             o.help = true;
+             return QString();
+         }},
+        {QCommandLineOption({QStringLiteral("v"), QStringLiteral("version")},
+                            QStringLiteral("Show the program's version and exit.")),
+         [](const QString&, RunOptions& o) {
+             o.version = true;
+             return QString();
+         }},
+        {QCommandLineOption(QStringLiteral("device"),
+                            QStringLiteral("The device name to open: ZorvaneFPU (default) or Tessorim."),
+                            QStringLiteral("NAME")),
+         [](const QString& value, RunOptions& o) {
+             o.device = value;
+             return CommandLine::DeviceNameError(value);
+         }},
+        {QCommandLineOption(QStringLiteral("open"),
+                            QStringLiteral("Open, Claim and Enable the device first, as the toolbar's Open "
+                                           "Claim Enable.")),
+         [](const QString&, RunOptions& o) {
+             o.open = true;
+             return QString();
+         }},
+        {QCommandLineOption(QStringLiteral("stop-on-error"),
+                            QStringLiteral("Stop at the first line whose call does not return 0.")),
+         [](const QString&, RunOptions& o) {
+             o.stopOnError = true;
+             return QString();
+         }},
+        {QCommandLineOption(QStringLiteral("delay"), QStringLiteral("Wait MS milliseconds between lines."),
+                            QStringLiteral("MS")),
+         [](const QString& value, RunOptions& o) {
+             bool ok = false;
+             o.delayMs = value.toInt(&ok);
+             if (ok && o.delayMs >= 0)
+                 return QString();
+             return QStringLiteral("--delay needs a number of milliseconds, not \"") + value +
+                    QLatin1Char('"');
+         }},
+        {QCommandLineOption(QStringLiteral("log"),
+                            QStringLiteral("Save the log to FILE, as the log window saves it."),
+                            QStringLiteral("FILE")),
+         [](const QString& value, RunOptions& o) {
+             o.logFile = value;
+             return value.isEmpty() ? QStringLiteral("--log needs a file name") : QString();
+         }},
+        {QCommandLineOption(QStringLiteral("error-response"),
+                            QStringLiteral("Answer the device's error events with retry or clear (default)."),
+                            QStringLiteral("retry|clear")),
+         [](const QString& value, RunOptions& o) {
+             if (value == QLatin1StringView("retry"))
+                 o.errorResponse = 11;
+             else if (value == QLatin1StringView("clear"))
+                 o.errorResponse = 12;
+             else
+                 return QStringLiteral("--error-response is retry or clear, not \"") + value +
+                        QLatin1Char('"');
+             return QString();
+         }},
+    };
+    return rows;
 }
 
-bool Matches(const QString& argument, const QString& option) {
-    return argument == option || argument.startsWith(option + QLatin1Char('='));
+void DescribeRunner(QCommandLineParser& parser) {
+    parser.setApplicationDescription(QStringLiteral(
+        "Replays a macro file on the simulated fiscal printer and prints the log to standard "
+        "output.\nExit status: 0 when every line returned 0, 1 when one did not, 2 for a usage "
+        "error or an unreadable file."));
+    for (const RunOptionRow& row : RunOptionTable())
+        parser.addOption(row.option);
+    parser.addPositionalArgument(QStringLiteral("MACRO.oposcmd"), QStringLiteral("The macro file to play."));
 }
 
 } // namespace
 
 QString RunUsage() {
-    return QStringLiteral(
-        "usage: fpubench-run [--device NAME] [--open] [--stop-on-error] [--delay MS] [--log FILE] "
-        "[--error-response retry|clear] MACRO.oposcmd");
+    QCommandLineParser parser;
+    DescribeRunner(parser);
+    return CommandLine::HelpText(parser, ProgramName);
 }
 
 bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QString& error) {
     options = RunOptions{};
-    QStringList files;
-    for (qsizetype i = 1; i < arguments.size(); ++i) {
-        const QString& a = arguments.at(i);
-        QString value;
-        if (a == QLatin1StringView("--help") || a == QLatin1StringView("-h")) {
-            options.help = true;
-        } else if (a == QLatin1StringView("--open")) {
-            options.open = true;
-        } else if (a == QLatin1StringView("--stop-on-error")) {
-            options.stopOnError = true;
-        } else if (Matches(a, QStringLiteral("--device"))) {
-            if (!TakeValue(arguments, i, QStringLiteral("--device"), options.device, error))
-                return false;
-            // The toolbar's Open reaches the control with these names only.
-            if (!clsBenchCore::IsAcceptedDeviceName(options.device)) {
-                error = QStringLiteral("--device is ZorvaneFPU or Tessorim, not \"") + options.device +
-                        QLatin1Char('"');
-                return false;
-            }
-        } else if (Matches(a, QStringLiteral("--delay"))) {
-            if (!TakeValue(arguments, i, QStringLiteral("--delay"), value, error))
-                return false;
-            bool ok = false;
-            options.delayMs = value.toInt(&ok);
-            if (!ok || options.delayMs < 0) {
-                error = QStringLiteral("--delay needs a number of milliseconds, not \"") + value +
-                        QLatin1Char('"');
-                return false;
-            }
-        } else if (Matches(a, QStringLiteral("--log"))) {
-            if (!TakeValue(arguments, i, QStringLiteral("--log"), options.logFile, error))
-                return false;
-            if (options.logFile.isEmpty()) {
-                error = QStringLiteral("--log needs a file name");
-                return false;
-            }
-        } else if (Matches(a, QStringLiteral("--error-response"))) {
-            if (!TakeValue(arguments, i, QStringLiteral("--error-response"), value, error))
-                return false;
-            if (value == QLatin1StringView("retry")) {
-                options.errorResponse = 11;
-            } else if (value == QLatin1StringView("clear")) {
-                options.errorResponse = 12;
-            } else {
-                error =
-                    QStringLiteral("--error-response is retry or clear, not \"") + value + QLatin1Char('"');
-                return false;
-            }
-        } else if (a.startsWith(QLatin1StringView("--"))) {
-            error = QStringLiteral("unknown option ") + a;
-            return false;
-        } else {
-            files.append(a);
-        }
+    QCommandLineParser parser;
+    DescribeRunner(parser);
+    if (!parser.parse(arguments)) {
+        error = CommandLine::ParseError(parser);
+        return false;
     }
-    if (options.help)
-        return true;
+    for (const RunOptionRow& row : RunOptionTable()) {
+        const QString name = row.option.names().constLast();
+        if (!parser.isSet(name))
+            continue;
+        // Each value as given, in order: a bad one is refused even when a later one is good.
+        const QStringList values =
+            row.option.valueName().isEmpty() ? QStringList{QString()} : parser.values(name);
+        for (const QString& value : values) {
+            error = row.apply(value, options);
+            if (!error.isEmpty())
+                return false;
+        }
+        // Help and version lead the table: asked for, they are all the run does.
+        if (options.help || options.version)
+            return true;
+    }
+    const QStringList files = parser.positionalArguments();
     if (files.size() != 1) {
         error = files.isEmpty() ? QStringLiteral("no macro file given")
                                 : QStringLiteral("one macro file only, got ") + QString::number(files.size());
@@ -172,9 +213,10 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     if (engine.LoadFromFile(options.macroFile) != 0) {
         if (engine.LineCount() == clsMacroEngine::StoreSize)
             err << ProgramName << ": " << options.macroFile << " has more than " << clsMacroEngine::StoreSize
-                << " lines\n";
+                << " lines; split it into macros of at most " << clsMacroEngine::StoreSize << " lines\n";
         else
-            err << ProgramName << ": cannot read macro file " << options.macroFile << '\n';
+            err << ProgramName << ": cannot read macro file " << options.macroFile
+                << "; check the path and that the file is readable\n";
         err.flush();
         return ExitUsage;
     }
@@ -206,7 +248,8 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     DrainOutput(device);
 
     if (!options.logFile.isEmpty() && !log.SaveToFile(options.logFile)) {
-        err << ProgramName << ": cannot write log file " << options.logFile << '\n';
+        err << ProgramName << ": cannot write log file " << options.logFile
+            << "; the log above is complete, give --log a file in a folder you can write to\n";
         err.flush();
     }
     return failed ? ExitLineFailed : ExitSuccess;
@@ -216,12 +259,12 @@ int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream
     RunOptions options;
     QString error;
     if (!ParseRunArguments(arguments, options, error)) {
-        err << ProgramName << ": " << error << "; " << RunUsage() << '\n';
+        err << CommandLine::UsageErrorLine(ProgramName, error) << '\n';
         err.flush();
         return ExitUsage;
     }
-    if (options.help) {
-        out << RunUsage() << '\n';
+    if (options.help || options.version) {
+        out << (options.help ? RunUsage() : CommandLine::VersionText(ProgramName) + QLatin1Char('\n'));
         out.flush();
         return ExitSuccess;
     }

@@ -20,16 +20,19 @@ struct RunOptions {
     int32_t errorResponse = 12; // 11 retry, 12 clear
     QString macroFile;
     bool help = false;
+    bool version = false;
 };
 
 inline constexpr int ExitSuccess = 0;
 inline constexpr int ExitLineFailed = 1;
 inline constexpr int ExitUsage = 2;
 
+// The --help text: usage, options, exit status.
 QString RunUsage();
 
 // `arguments` as QCoreApplication::arguments() gives them, the program's name first.
-// False, with a one-line reason in `error`, when they don't make a run.
+// False, with a one-line reason in `error`, when they don't make a run. True with `help` or
+// `version` set when the run is only to print those.
 bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QString& error);
 
 // Loads and plays the macro on `device`; returns the exit status.
