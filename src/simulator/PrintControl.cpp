@@ -219,8 +219,8 @@ qsizetype ParseSequence(const QString& line, qsizetype pos, LineBuilder& b, bool
         a.bold = true;
     } else if (lower == QLatin1String("i") && term == u'C') {
         a.italic = true;
-    } else if (term == u'A' && (lower == QLatin1String("l") || lower == QLatin1String("c") ||
-                                lower == QLatin1String("r"))) {
+    } else if (term == u'A' &&
+               (lower == QLatin1String("l") || lower == QLatin1String("c") || lower == QLatin1String("r"))) {
         const QChar c = lower[0];
         a.align = c == u'l' ? Align::Left : c == u'c' ? Align::Center : Align::Right;
     } else if (term == u'R' && lower.size() == 1 && QStringLiteral("lrud").contains(lower[0])) {

@@ -24,9 +24,9 @@ struct PrintedLine {
     Kind kind = Kind::Text;
     QString text; // Text: what is printed, no control sequences; Barcode: the data
     PrintAttributes attr;
-    int barcodeType = 0; // 1 EAN13, 2 UPC, 3 ITLV2of5, 4 CODE39
-    int bitmapSlot = 0;  // Bitmap: slot number
-    int feedLines = 0;   // Feed: lines fed
+    int barcodeType = 0;   // 1 EAN13, 2 UPC, 3 ITLV2of5, 4 CODE39
+    int bitmapSlot = 0;    // Bitmap: slot number
+    int feedLines = 0;     // Feed: lines fed
     bool cutAfter = false; // the paper is cut below this element (receipt roll only)
 
     static PrintedLine Plain(const QString& text, const PrintAttributes& attr = {}) {

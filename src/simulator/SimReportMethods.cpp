@@ -58,7 +58,8 @@ int32_t SimulatedFiscalPrinter::PrintZReport() {
     const int number = sim::CurrentDayNumber(*m_memory);
     const QStringList lines = sim::DayReportLines(*m_memory, m_model);
     QStringList text;
-    PrintReportDocument(QStringLiteral("CHIUSURA GIORNALIERA N. ") + QString::number(number), lines, &text, true);
+    PrintReportDocument(QStringLiteral("CHIUSURA GIORNALIERA N. ") + QString::number(number), lines, &text,
+                        true);
     // Training never touches the fiscal memory: the Z is on paper only.
     if (m_training)
         return Ok();

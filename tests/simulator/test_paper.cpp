@@ -22,16 +22,16 @@ QString Seq(const char* token) {
 // rotation.
 QString Describe(const PrintedLine& l) {
     const PrintAttributes& a = l.attr;
-    const QString f = QString(a.doubleWidth ? "w" : "") + (a.doubleHeight ? "h" : "") +
-                      (a.halfHeight ? "s" : "") + (a.boxed ? "b" : "") + (a.blink ? "k" : "") +
-                      (a.reverse ? "v" : "") + (a.bold ? "B" : "") + (a.italic ? "I" : "") +
-                      (a.underline ? "U" + QString::number(a.underline) : "") +
-                      (a.font != 1 ? "f" + QString::number(a.font) : "") + QStringList{"", "c", "r"}[int(a.align)] +
-                      QStringList{"", "L", "R", "U", "D"}[int(a.rotation)];
+    const QString f =
+        QString(a.doubleWidth ? "w" : "") + (a.doubleHeight ? "h" : "") + (a.halfHeight ? "s" : "") +
+        (a.boxed ? "b" : "") + (a.blink ? "k" : "") + (a.reverse ? "v" : "") + (a.bold ? "B" : "") +
+        (a.italic ? "I" : "") + (a.underline ? "U" + QString::number(a.underline) : "") +
+        (a.font != 1 ? "f" + QString::number(a.font) : "") + QStringList{"", "c", "r"}[int(a.align)] +
+        QStringList{"", "L", "R", "U", "D"}[int(a.rotation)];
     const QString attr = f.isEmpty() ? QString() : u'{' + f + u'}';
     const QString body[] = {l.text, QStringLiteral("<R%1:%2>").arg(l.barcodeType).arg(l.text),
-                            QStringLiteral("<B%1>").arg(l.bitmapSlot), QStringLiteral("<F%1>").arg(l.feedLines),
-                            QStringLiteral("<L%1>").arg(l.text)};
+                            QStringLiteral("<B%1>").arg(l.bitmapSlot),
+                            QStringLiteral("<F%1>").arg(l.feedLines), QStringLiteral("<L%1>").arg(l.text)};
     return body[int(l.kind)] + attr + (l.cutAfter ? "%" : ""); // Text, Barcode, Bitmap, Feed, Logo
 }
 QString Describe(const QList<PrintedLine>& lines) {
@@ -200,7 +200,8 @@ private slots:
         QCOMPARE(appended.last().at(0).value<qsizetype>(), 5);
         QCOMPARE(roll.PlainText(), QStringLiteral("Hello\n[BARCODE 1:4007817504598]\n[BITMAP 3]\n"
                                                   "[FEED 2000000000]\nBye\n[FISCAL LOGO 99ZS000123]"));
-        QCOMPARE(roll.PlainText(2), QStringLiteral("[BITMAP 3]\n[FEED 2000000000]\nBye\n[FISCAL LOGO 99ZS000123]"));
+        QCOMPARE(roll.PlainText(2),
+                 QStringLiteral("[BITMAP 3]\n[FEED 2000000000]\nBye\n[FISCAL LOGO 99ZS000123]"));
         QCOMPARE(roll.Lines().at(3).PaperLines(), 2000000000);
         roll.Clear();
         QCOMPARE(roll.PlainText(), QString());

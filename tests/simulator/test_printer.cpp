@@ -438,7 +438,8 @@ private slots:
             QCOMPARE(paper.last().text, QStringLiteral("99ZS000123"));
         }
         const QList<sim::PrintedLine> journal = p.JournalRoll().Lines().mid(journalStart);
-        QVERIFY(std::none_of(journal.begin(), journal.end(), [](const sim::PrintedLine& l) { return l.cutAfter; }));
+        QVERIFY(std::none_of(journal.begin(), journal.end(),
+                             [](const sim::PrintedLine& l) { return l.cutAfter; }));
     }
 
     void fiscalStateSurvivesCloseAndOpen() {
