@@ -56,6 +56,7 @@ private slots:
             << QStringList{"--open", "--device", "Nowhere", m} << "Nowhere";
         QTest::newRow("device name in the wrong case") << QStringList{"--device=tessorim", m} << "tessorim";
         QTest::newRow("missing value") << QStringList{m, "--log"} << "";
+        QTest::newRow("paper without a file name") << QStringList{"--paper=", m} << "--paper";
         QTest::newRow("unreadable file") << QStringList{"--open", missing} << missing;
     }
     void exitsTwo() {

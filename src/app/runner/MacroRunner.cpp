@@ -2,12 +2,15 @@
 
 #include "IFiscalPrinter.h"
 #include "OposAll.h"
+#include "PaperListing.h"
 #include "Seams.h"
+#include "SimulatedFiscalPrinter.h"
 #include "clsBenchCore.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QSaveFile>
 #include <QTextStream>
 #include <QTimer>
 
@@ -78,12 +81,29 @@ bool Matches(const QString& argument, const QString& option) {
     return argument == option || argument.startsWith(option + QLatin1Char('='));
 }
 
+// What the simulated printer put on its rolls, for a script to compare with a kept copy.
+bool WritePaper(IFiscalPrinter& device, const QString& path, QString& error) {
+    const auto* printer = dynamic_cast<const SimulatedFiscalPrinter*>(&device);
+    if (!printer) {
+        error = QStringLiteral("--paper needs the simulated printer");
+        return false;
+    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write(sim::PaperListing(printer->ReceiptRoll(), printer->JournalRoll()).toUtf8()) < 0 ||
+        !file.commit()) {
+        error = QStringLiteral("cannot write paper file ") + path;
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 QString RunUsage() {
     return QStringLiteral(
         "usage: fpubench-run [--device NAME] [--open] [--stop-on-error] [--delay MS] [--log FILE] "
-        "[--error-response retry|clear] MACRO.oposcmd");
+        "[--error-response retry|clear] [--paper FILE] MACRO.oposcmd");
 }
 
 bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QString& error) {
@@ -122,6 +142,13 @@ bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QStrin
                 return false;
             if (options.logFile.isEmpty()) {
                 error = QStringLiteral("--log needs a file name");
+                return false;
+            }
+        } else if (Matches(a, QStringLiteral("--paper"))) {
+            if (!TakeValue(arguments, i, QStringLiteral("--paper"), options.paperFile, error))
+                return false;
+            if (options.paperFile.isEmpty()) {
+                error = QStringLiteral("--paper needs a file name");
                 return false;
             }
         } else if (Matches(a, QStringLiteral("--error-response"))) {
@@ -207,6 +234,10 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
 
     if (!options.logFile.isEmpty() && !log.SaveToFile(options.logFile)) {
         err << ProgramName << ": cannot write log file " << options.logFile << '\n';
+        err.flush();
+    }
+    if (QString error; !options.paperFile.isEmpty() && !WritePaper(device, options.paperFile, error)) {
+        err << ProgramName << ": " << error << '\n';
         err.flush();
     }
     return failed ? ExitLineFailed : ExitSuccess;
