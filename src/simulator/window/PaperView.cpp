@@ -22,7 +22,6 @@ PaperView::PaperView(QWidget* parent) : QAbstractScrollArea(parent) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_relayout.setSingleShot(true);
-    m_relayout.setInterval(0);
     connect(&m_relayout, &QTimer::timeout, this, &PaperView::Relayout);
     // Scrolling up stops following the end; scrolling back down to it starts again.
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
@@ -79,8 +78,10 @@ void PaperView::OnAppended(qsizetype index) {
         m_selection->last = index;
         emit selectionChanged();
     }
-    if (!m_relayout.isActive())
-        m_relayout.start();
+    if (!m_relayout.isActive()) {
+        const qint64 since = m_lastFrame.isValid() ? m_lastFrame.elapsed() : kFrameMs;
+        m_relayout.start(int(std::max<qint64>(0, kFrameMs - since)));
+    }
 }
 
 void PaperView::Append(qsizetype index) {
@@ -112,6 +113,7 @@ void PaperView::TrimFront() {
 
 void PaperView::Relayout() {
     m_relayout.stop();
+    m_lastFrame.start();
     m_adjusting = true;
     QScrollBar* v = verticalScrollBar();
     const qint64 base = m_tops.empty() ? m_end : m_tops.front();

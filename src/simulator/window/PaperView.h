@@ -3,6 +3,7 @@
 #include "PaperPainter.h"
 
 #include <QAbstractScrollArea>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QTimer>
 
@@ -30,6 +31,8 @@ public:
     };
 
     static constexpr qsizetype kDefaultKeep = 20000;
+    // While paper comes in, the view lays out and paints at most once in this time.
+    static constexpr int kFrameMs = 40;
 
     explicit PaperView(QWidget* parent = nullptr);
 
@@ -96,5 +99,6 @@ private:
     bool m_follow = true;
     bool m_adjusting = false;
     QTimer m_relayout;
+    QElapsedTimer m_lastFrame;
     QMetaObject::Connection m_appendedConnection, m_clearedConnection;
 };

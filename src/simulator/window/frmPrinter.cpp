@@ -18,6 +18,8 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 QPushButton* Button(const QString& text, const char* name, const QString& tip, QWidget* parent) {
@@ -52,6 +54,9 @@ frmPrinter::frmPrinter(QWidget* parent) : QWidget(parent, Qt::Window) {
     setWindowTitle(QStringLiteral("Printer"));
     BuildWindow();
     ConnectPanels();
+    m_pendingTimer.setSingleShot(true);
+    m_pendingTimer.setInterval(50);
+    connect(&m_pendingTimer, &QTimer::timeout, this, &frmPrinter::ShowPending);
     m_clock.setInterval(1000);
     connect(&m_clock, &QTimer::timeout, this, [this] {
         if (m_printer)
@@ -219,13 +224,11 @@ void frmPrinter::SetPrinter(SimulatedFiscalPrinter* printer) {
 void frmPrinter::ConnectPrinter() {
     SimulatedFiscalPrinter* p = m_printer;
     auto& c = m_printerConnections;
-    c << connect(p, &SimulatedFiscalPrinter::sessionChanged, this, &frmPrinter::ShowSession);
-    c << connect(p, &SimulatedFiscalPrinter::printerStateChanged, this, &frmPrinter::ShowSession);
-    c << connect(p, &SimulatedFiscalPrinter::fiscalMemoryChanged, this,
-                 [this] { panFiscalMemory->Show(*m_printer); });
+    c << connect(p, &SimulatedFiscalPrinter::sessionChanged, this, [this] { Later(SessionPending); });
+    c << connect(p, &SimulatedFiscalPrinter::printerStateChanged, this, [this] { Later(SessionPending); });
+    c << connect(p, &SimulatedFiscalPrinter::fiscalMemoryChanged, this, [this] { Later(MemoryPending); });
+    c << connect(&p->Display(), &sim::CustomerDisplay::changed, this, [this] { Later(DisplayPending); });
     c << connect(&p->Hardware(), &sim::Machine::changed, this, &frmPrinter::ShowMachine);
-    c << connect(&p->Display(), &sim::CustomerDisplay::changed, this,
-                 [this] { panStatus->Show(*m_printer); });
     c << connect(&p->Drawer(), &sim::CashDrawer::opened, this, [this] { panStatus->ShowDrawer(true); });
     c << connect(&p->Drawer(), &sim::CashDrawer::closed, this, [this] { panStatus->ShowDrawer(false); });
     c << connect(p, &QObject::destroyed, this, [this] { SetPrinter(nullptr); });
@@ -252,12 +255,31 @@ void frmPrinter::ShowSession() {
                                             : QStringLiteral("Printer: %1").arg(p.DeviceName()));
 }
 
+void frmPrinter::Later(unsigned what) {
+    m_pending |= what;
+    if (!m_pendingTimer.isActive())
+        m_pendingTimer.start();
+}
+
+void frmPrinter::ShowPending() {
+    const unsigned pending = std::exchange(m_pending, 0);
+    if (!m_printer)
+        return;
+    if (pending & SessionPending)
+        ShowSession();
+    if (pending & DisplayPending)
+        panStatus->Show(*m_printer);
+    if (pending & MemoryPending)
+        panFiscalMemory->Show(*m_printer);
+}
+
 void frmPrinter::ShowMachine() {
     panStatus->Show(*m_printer);
     panFaults->Show(m_printer->Hardware());
 }
 
 void frmPrinter::ShowAll() {
+    m_pending = 0;
     ShowSession();
     ShowMachine();
     panStatus->ShowDrawer(m_printer->Drawer().IsOpen());

@@ -65,6 +65,10 @@ private:
     void ShowSession();
     void ShowMachine();
     void ShowAll();
+    // What changes with every printed line is shown at most once in a while.
+    enum Pending : unsigned { SessionPending = 1, DisplayPending = 2, MemoryPending = 4 };
+    void Later(unsigned what);
+    void ShowPending();
     void UpdateActions();
     void RestoreSettings();
     void SaveSettings() const;
@@ -73,5 +77,7 @@ private:
     PaperView* m_lastClicked = nullptr;
     QList<QMetaObject::Connection> m_printerConnections;
     QTimer m_clock;
+    QTimer m_pendingTimer;
+    unsigned m_pending = 0;
     bool m_savedGeometry = false;
 };
