@@ -1,6 +1,7 @@
 // The printer window on the bench: opened from the main window, following the simulator live,
 // its faults reaching the device through the simulator's rules and back to the main window.
 #include "MDITestFPOPOS.h"
+#include "BarcodeSymbol.h"
 #include "PaperView.h"
 #include "PrinterBench.h"
 #include "PrinterPanels.h"
@@ -8,6 +9,7 @@
 #include "Seams.h"
 #include "clsBenchCore.h"
 #include "clsFprtWrapper.h"
+#include "frmAutoTests.h"
 #include "frmFiscalTicket.h"
 #include "frmPrinter.h"
 #include "frmStatusBar.h"
@@ -258,6 +260,33 @@ private slots:
             qPrintable(b.boxes.first()));
         QCOMPARE(b.window->StatusBar()->lblErrorCodeExt->text(), QStringLiteral("OposEfptrRecEmpty(203)"));
         QTRY_VERIFY(b.pw->lblDevice->text().contains(QStringLiteral("FPTR_PS_FISCAL_RECEIPT")));
+    }
+
+    // The full non-fiscal script of the automatic tests panel: its barcodes encode and draw, its
+    // bitmap (nftest.bmp beside the program) comes from the printer's memory.
+    void nonFiscalScriptOnPaper() {
+        Bench b;
+        auto* tests = qobject_cast<frmAutoTests*>(b.window->Panel(frmToolbar::AutoTests));
+        QVERIFY(tests);
+        const qsizetype start = b.printer->ReceiptRoll().Count();
+        tests->cmdFullNonFiscalTicket->click();
+        Bench::Settle();
+        PaperView* view = b.pw->viewReceipt;
+        QCOMPARE(view->FirstShown() + view->ShownCount(), b.printer->ReceiptRoll().Count());
+        int barcodes = 0, bitmaps = 0;
+        for (qsizetype i = start; i < b.printer->ReceiptRoll().Count(); ++i) {
+            const sim::PrintedLine& line = b.printer->ReceiptRoll().Lines()[i];
+            if (line.kind == sim::PrintedLine::Kind::Barcode) {
+                const BarcodeSymbol& symbol = view->Painter().Symbol(line.barcodeType, line.text);
+                QVERIFY2(symbol.IsValid() && view->Painter().ModulePixels(symbol) > 0, qPrintable(symbol.error));
+                ++barcodes;
+            } else if (line.kind == sim::PrintedLine::Kind::Bitmap) {
+                QVERIFY(!view->BitmapOf(i).isNull());
+                ++bitmaps;
+            }
+        }
+        QCOMPARE(barcodes, 4); // one of each type
+        QCOMPARE(bitmaps, 1);
     }
 
     void copyAndExport() {
