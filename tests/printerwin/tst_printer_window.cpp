@@ -1,7 +1,7 @@
 // The printer window on the bench: opened from the main window, following the simulator live,
 // its faults reaching the device through the simulator's rules and back to the main window.
-#include "MDITestFPOPOS.h"
 #include "BarcodeSymbol.h"
+#include "MDITestFPOPOS.h"
 #include "PaperView.h"
 #include "PrinterBench.h"
 #include "PrinterPanels.h"
@@ -144,6 +144,25 @@ private slots:
         QCOMPARE(bar->value(), bar->maximum());
     }
 
+    // Queued output shows when the printer gets to it, not when the call returns.
+    void asynchronousOutputShowsWhenPrinted() {
+        Bench b;
+        b.printer->SetAsyncMode(true);
+        QCOMPARE(b.printer->BeginNonFiscal(), 0); // its heading is queued too
+        QTRY_COMPARE(b.printer->PendingJobs(), 0);
+        Bench::Settle();
+        const qsizetype before = b.pw->viewReceipt->ShownCount();
+        int32_t station = FPTR_S_RECEIPT;
+        QString text = QStringLiteral("queued line");
+        QCOMPARE(b.printer->PrintNormal(station, text), 0);
+        QCOMPARE(b.printer->PendingJobs(), 1);
+        Bench::Settle();
+        QCOMPARE(b.pw->viewReceipt->ShownCount(), b.printer->ReceiptRoll().Count());
+        QTRY_COMPARE(b.printer->PendingJobs(), 0);
+        QTRY_COMPARE(b.pw->viewReceipt->ShownCount(), before + 1);
+        QCOMPARE(b.printer->ReceiptRoll().Lines().last().text, QStringLiteral("queued line"));
+    }
+
     void drawerAndDisplayFollow() {
         Bench b;
         PrinterStatusPanel* status = b.pw->panStatus;
@@ -278,7 +297,8 @@ private slots:
             const sim::PrintedLine& line = b.printer->ReceiptRoll().Lines()[i];
             if (line.kind == sim::PrintedLine::Kind::Barcode) {
                 const BarcodeSymbol& symbol = view->Painter().Symbol(line.barcodeType, line.text);
-                QVERIFY2(symbol.IsValid() && view->Painter().ModulePixels(symbol) > 0, qPrintable(symbol.error));
+                QVERIFY2(symbol.IsValid() && view->Painter().ModulePixels(symbol) > 0,
+                         qPrintable(symbol.error));
                 ++barcodes;
             } else if (line.kind == sim::PrintedLine::Kind::Bitmap) {
                 QVERIFY(!view->BitmapOf(i).isNull());

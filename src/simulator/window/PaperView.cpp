@@ -34,12 +34,13 @@ PaperView::PaperView(QWidget* parent) : QAbstractScrollArea(parent) {
 void PaperView::SetRoll(const sim::PaperRoll* roll, BitmapLookup bitmaps) {
     disconnect(m_appendedConnection);
     disconnect(m_clearedConnection);
+    disconnect(m_destroyedConnection);
     m_roll = roll;
     m_bitmaps = std::move(bitmaps);
     if (m_roll) {
         m_appendedConnection = connect(m_roll, &sim::PaperRoll::appended, this, &PaperView::OnAppended);
         m_clearedConnection = connect(m_roll, &sim::PaperRoll::cleared, this, &PaperView::Rebuild);
-        connect(m_roll, &QObject::destroyed, this, [this] { SetRoll(nullptr); });
+        m_destroyedConnection = connect(m_roll, &QObject::destroyed, this, [this] { SetRoll(nullptr); });
     }
     Rebuild();
 }

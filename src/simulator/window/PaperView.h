@@ -100,5 +100,5 @@ private:
     bool m_adjusting = false;
     QTimer m_relayout;
     QElapsedTimer m_lastFrame;
-    QMetaObject::Connection m_appendedConnection, m_clearedConnection;
+    QMetaObject::Connection m_appendedConnection, m_clearedConnection, m_destroyedConnection;
 };
