@@ -4,6 +4,7 @@
 #include "Seams.h"
 #include "ShellLayout.h"
 #include "ShellPickers.h"
+#include "SimulatedFiscalPrinter.h"
 #include "clsBenchCore.h"
 #include "frmApp.h"
 #include "frmAutoTests.h"
@@ -13,6 +14,7 @@
 #include "frmLog.h"
 #include "frmMacro.h"
 #include "frmNonFiscal.h"
+#include "frmPrinter.h"
 #include "frmProperties.h"
 #include "frmReports.h"
 #include "frmSettings.h"
@@ -24,6 +26,7 @@
 #include <QRadioButton>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QToolButton>
 
 namespace {
 
@@ -84,6 +87,7 @@ MDITestFPOPOS::MDITestFPOPOS(std::unique_ptr<IFiscalPrinter> control, frmLOGO lo
 
 MDITestFPOPOS::~MDITestFPOPOS() {
     m_core->tmrUpdateControls()->stop();
+    m_printerWindow.reset();
     m_log.reset();
     // The panels hold references into the core; they go first.
     qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
@@ -131,6 +135,13 @@ void MDITestFPOPOS::BuildFrame() {
 
     m_statusBar = new frmStatusBar(this);
     StretchVertically(m_statusBar);
+    m_cmdPrinterWindow = new QToolButton(this);
+    m_cmdPrinterWindow->setObjectName(QStringLiteral("cmdPrinterWindow"));
+    m_cmdPrinterWindow->setText(QStringLiteral("Printer"));
+    m_cmdPrinterWindow->setShortcut(QKeySequence(Qt::Key_F9));
+    m_cmdPrinterWindow->setToolTip(
+        QStringLiteral("The simulated printer: paper, display, drawer, faults (F9)"));
+    m_statusBar->AddAtRightEnd(m_cmdPrinterWindow);
 
     auto* body = new QHBoxLayout;
     body->setContentsMargins(0, 0, 0, 0);
@@ -170,6 +181,7 @@ void MDITestFPOPOS::ConnectToolbar() {
     connect(m_toolbar, &frmToolbar::disableReleaseCloseRequested, core, &clsBenchCore::DisableReleaseClose);
     connect(m_toolbar, &frmToolbar::panelChosen, this, &MDITestFPOPOS::ShowPanel);
     connect(m_toolbar, &frmToolbar::logWindowRequested, this, &MDITestFPOPOS::ToggleLogWindow);
+    connect(m_cmdPrinterWindow, &QToolButton::clicked, this, &MDITestFPOPOS::ShowPrinterWindow);
     connect(m_toolbar, &frmToolbar::escSequencesRequested, this, [this] {
         if (m_escSequencesOpener)
             m_escSequencesOpener(this);
@@ -207,6 +219,19 @@ void MDITestFPOPOS::ToggleLogWindow() {
     m_log->show();
     m_log->raise();
     m_log->activateWindow();
+}
+
+void MDITestFPOPOS::ShowPrinterWindow() {
+    if (!m_printerWindow) {
+        m_printerWindow = std::make_unique<frmPrinter>();
+        m_printerWindow->setWindowIcon(m_logo.Icon);
+        m_printerWindow->SetPrinter(dynamic_cast<SimulatedFiscalPrinter*>(&m_core->Control()));
+        if (!m_printerWindow->HasSavedGeometry())
+            m_printerWindow->move(frameGeometry().topRight() + QPoint(8, 0));
+    }
+    m_printerWindow->show();
+    m_printerWindow->raise();
+    m_printerWindow->activateWindow();
 }
 
 void MDITestFPOPOS::SetEscSequencesOpener(std::function<void(QWidget*)> opener) {

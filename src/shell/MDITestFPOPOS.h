@@ -21,6 +21,8 @@ class frmFiscalTicket;
 class frmLog;
 class frmMacro;
 class frmNonFiscal;
+class frmPrinter;
+class QToolButton;
 class frmProperties;
 class frmReports;
 class frmSettings;
@@ -40,6 +42,10 @@ public:
     // The toolbar's Log Window: shows the log when hidden, hides it when shown.
     void ToggleLogWindow();
     void ShowPanel(frmToolbar::Panel panel);
+    // The printer window beside the main window, made at its first opening.
+    void ShowPrinterWindow();
+    frmPrinter* PrinterWindow() const { return m_printerWindow.get(); }
+    QToolButton* cmdPrinterWindow() const { return m_cmdPrinterWindow; }
 
     // Opens the Esc sequences generator modally; until one is set, ESC Seq does nothing.
     void SetEscSequencesOpener(std::function<void(QWidget* owner)> opener);
@@ -90,4 +96,6 @@ private:
     std::array<QWidget*, frmToolbar::PanelCount> m_panels{};
 
     std::function<void(QWidget*)> m_escSequencesOpener;
+    QToolButton* m_cmdPrinterWindow = nullptr;
+    std::unique_ptr<frmPrinter> m_printerWindow;
 };

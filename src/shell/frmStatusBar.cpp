@@ -121,6 +121,11 @@ void frmStatusBar::SetAlarm(Alarm alarm, bool raised) {
     }
 }
 
+void frmStatusBar::AddAtRightEnd(QWidget* widget) {
+    widget->setParent(this);
+    static_cast<QHBoxLayout*>(layout())->addWidget(widget, 0, Qt::AlignBottom);
+}
+
 void frmStatusBar::ShowResult(const QString& code, const QString& extended, const QString& description) {
     lblErrorCode->setText(code);
     lblErrorCodeExt->setText(extended);

@@ -37,6 +37,8 @@ public:
 
     // Red when raised, green when cleared; the lamp and its label alike.
     void SetAlarm(Alarm alarm, bool raised);
+    // A small widget at the right end of the bar, after the lamps.
+    void AddAtRightEnd(QWidget* widget);
     // The latest result: its code and extended code by name and number, and the error text.
     void ShowResult(const QString& code, const QString& extended, const QString& description);
 

@@ -50,6 +50,14 @@ public:
     }
     // Something that prints nothing but still counts as the line's content.
     void MarkProduced() { m_produced = true; }
+    // The paper is cut below what is printed so far; with nothing printed yet, below a blank line.
+    void Cut() {
+        FlushText();
+        if (m_out.isEmpty())
+            m_out.append(PrintedLine::Plain(QString(), m_attr));
+        m_out.last().cutAfter = true;
+        m_produced = true;
+    }
 
     void Finish() {
         FlushText();
@@ -123,6 +131,11 @@ qsizetype ParseSequence(const QString& line, qsizetype pos, LineBuilder& b, bool
         blank = true;
         ++j;
     }
+    bool off = false; // "!": the attribute goes back off
+    if (!blank && j < n && line[j] == u'!') {
+        off = true;
+        ++j;
+    }
     const qsizetype numStart = j;
     while (j < n && IsAsciiDigit(line[j]))
         ++j;
@@ -137,7 +150,7 @@ qsizetype ParseSequence(const QString& line, qsizetype pos, LineBuilder& b, bool
 
     bool numOk = false;
     const int value = num.isEmpty() ? -1 : num.toInt(&numOk);
-    if (term == u'R' && !num.isEmpty() && lower.isEmpty()) {
+    if (term == u'R' && !num.isEmpty() && lower.isEmpty() && !off) {
         PrintedLine bc;
         if (!numOk || !TakeBarcode(line, j, value, &bc)) {
             valid = false;
@@ -152,15 +165,28 @@ qsizetype ParseSequence(const QString& line, qsizetype pos, LineBuilder& b, bool
         return j; // only a barcode length may carry the blank
 
     PrintAttributes& a = b.Attr();
-    if (lower.isEmpty() && !num.isEmpty()) {
-        if (term == u'C') {
+    if (off) {
+        if (!num.isEmpty() || term != u'C')
+            return j;
+        if (lower == QLatin1String("b"))
+            a.bold = false;
+        else if (lower == QLatin1String("u"))
+            a.underline = 0;
+        else if (lower == QLatin1String("i"))
+            a.italic = false;
+        else if (lower == QLatin1String("rv"))
+            a.reverse = false;
+        return j;
+    }
+    if (lower.isEmpty()) {
+        if (term == u'C' && !num.isEmpty()) {
             ApplyCharacterToken(value, a);
-        } else if (term == u'B') {
+        } else if (term == u'B' && !num.isEmpty()) {
             PrintedLine bmp;
             bmp.kind = PrintedLine::Kind::Bitmap;
             bmp.bitmapSlot = value;
             b.AddObject(bmp);
-        } else if (term == u'F') {
+        } else if (term == u'F' && !num.isEmpty()) {
             if (value > 0) {
                 PrintedLine feed;
                 feed.kind = PrintedLine::Kind::Feed;
@@ -169,23 +195,40 @@ qsizetype ParseSequence(const QString& line, qsizetype pos, LineBuilder& b, bool
             } else {
                 b.MarkProduced();
             }
+        } else if (term == u'P') {
+            b.Cut(); // a partial cut (any percentage) is a cut on this paper
+        } else if (term == u'K' && num.isEmpty()) {
+            a.blink = true;
+        } else if (term == u'N' && num.isEmpty()) {
+            ApplyCharacterToken(1, a);
         }
         return j;
     }
-    if (!num.isEmpty())
+    if (lower == QLatin1String("u") && term == u'C') {
+        a.underline = num.isEmpty() ? 1 : value;
+    } else if (lower == QLatin1String("rv") && term == u'C') {
+        a.reverse = num.isEmpty() || value > 0;
+    } else if (lower == QLatin1String("f") && term == u'T') {
+        if (value == 1 || value == 2)
+            a.font = value;
+    } else if (lower == QLatin1String("f") && term == u'P') {
+        b.Cut(); // feed to the cutter, then cut
+    } else if (!num.isEmpty()) {
         return j;
-    const QChar c = lower.size() == 1 ? lower[0] : QChar();
-    if (lower.isEmpty() && term == u'K') {
-        a.blink = true;
-    } else if (term == u'A' && (c == u'l' || c == u'c' || c == u'r')) {
+    } else if (lower == QLatin1String("b") && term == u'C') {
+        a.bold = true;
+    } else if (lower == QLatin1String("i") && term == u'C') {
+        a.italic = true;
+    } else if (term == u'A' &&
+               (lower == QLatin1String("l") || lower == QLatin1String("c") || lower == QLatin1String("r"))) {
+        const QChar c = lower[0];
         a.align = c == u'l' ? Align::Left : c == u'c' ? Align::Center : Align::Right;
-    } else if (term == u'R' && (c == u'l' || c == u'r' || c == u'u' || c == u'd')) {
+    } else if (term == u'R' && lower.size() == 1 && QStringLiteral("lrud").contains(lower[0])) {
+        const QChar c = lower[0];
         a.rotation = c == u'l'   ? Rotation::Left
                      : c == u'r' ? Rotation::Right
                      : c == u'u' ? Rotation::UpsideDown
                                  : Rotation::Down;
-    } else if (lower == QLatin1String("rv") && term == u'C') {
-        a.reverse = true;
     }
     return j;
 }
@@ -217,6 +260,8 @@ QString PlainLine(const PrintedLine& l) {
         return QStringLiteral("[BITMAP ") + QString::number(l.bitmapSlot) + u']';
     case PrintedLine::Kind::Feed:
         return QStringLiteral("[FEED ") + QString::number(l.feedLines) + u']';
+    case PrintedLine::Kind::Logo:
+        return QStringLiteral("[FISCAL LOGO ") + l.text + u']';
     }
     return {};
 }

@@ -10,7 +10,9 @@ enum class Rotation { None, Left, Right, UpsideDown, Down }; // |lR |rR |uR |dR
 
 struct PrintAttributes {
     bool doubleWidth = false, doubleHeight = false, halfHeight = false, boxed = false, blink = false,
-         reverse = false;
+         reverse = false, bold = false, italic = false;
+    int underline = 0; // thickness in dots, 0 none
+    int font = 1;      // typeface: 1 font A, 2 font B (narrower)
     Align align = Align::Left;
     Rotation rotation = Rotation::None;
     bool operator==(const PrintAttributes&) const = default;
@@ -18,13 +20,14 @@ struct PrintAttributes {
 
 // One element of a paper roll. A feed is one element with its count, however many lines it feeds.
 struct PrintedLine {
-    enum class Kind { Text, Barcode, Bitmap, Feed };
+    enum class Kind { Text, Barcode, Bitmap, Feed, Logo };
     Kind kind = Kind::Text;
     QString text; // Text: what is printed, no control sequences; Barcode: the data
     PrintAttributes attr;
-    int barcodeType = 0; // 1 EAN13, 2 UPC, 3 ITLV2of5, 4 CODE39
-    int bitmapSlot = 0;  // Bitmap: slot number
-    int feedLines = 0;   // Feed: lines fed
+    int barcodeType = 0;   // 1 EAN13, 2 UPC, 3 ITLV2of5, 4 CODE39
+    int bitmapSlot = 0;    // Bitmap: slot number
+    int feedLines = 0;     // Feed: lines fed
+    bool cutAfter = false; // the paper is cut below this element (receipt roll only)
 
     static PrintedLine Plain(const QString& text, const PrintAttributes& attr = {}) {
         PrintedLine l;
@@ -37,14 +40,16 @@ struct PrintedLine {
 };
 
 // The one text form of a printed element: the text itself, "[BARCODE <type>:<data>]",
-// "[BITMAP <slot>]" or "[FEED <lines>]".
+// "[BITMAP <slot>]", "[FEED <lines>]" or "[FISCAL LOGO <serial>]". A cut leaves no text.
 QString PlainLine(const PrintedLine& line);
 
-// Interprets print-control sequences (character 27 followed by "|1C" normal, "|2C" double width,
-// "|3C" double height, "|4C" both, "|5C" half height, "|6C" boxed, "|rvC" reverse,
-// "|cA"/"|lA"/"|rA" alignment, "|lR"/"|rR"/"|uR"/"|dR" rotation, "|K" blink, "|nB" bitmap n,
-// "|nF" feed n lines, "|nR" barcode of the n characters that follow, the first being the type digit;
-// the length may carry one leading blank). The text is split at CR/LF; attributes set by a sequence
+// Interprets print-control sequences (character 27 followed by "|1C" or "|N" normal, "|2C" double
+// width, "|3C" double height, "|4C" both, "|5C" half height, "|6C" boxed, "|rvC" reverse, "|bC"
+// bold, "|uC" or "|nuC" underline (n dots), "|iC" italic, "|!bC", "|!uC", "|!iC", "|!rvC" each
+// back off, "|1fT"/"|2fT" font A/B, "|cA"/"|lA"/"|rA" alignment, "|lR"/"|rR"/"|uR"/"|dR" rotation,
+// "|K" blink, "|nB" bitmap n, "|nF" feed n lines, "|P", "|nP" or "|nfP" paper cut, "|nR" barcode
+// of the n characters that follow, the first being the type digit; the length may carry one
+// leading blank). The text is split at CR/LF; attributes set by a sequence
 // last to the end of that printed line, which starts from `base`. Sequences are never printed; an
 // unknown one is dropped. A bad barcode sequence is dropped too and clears `*valid`.
 QList<PrintedLine> InterpretPrintControl(const QString& text, const PrintAttributes& base = {},

@@ -94,6 +94,9 @@ void SimulatedFiscalPrinter::FinishReceipt() {
         Emit(kBoth, (creditNote ? QStringLiteral("NOTA DI CREDITO N. ") : QStringLiteral("SCONTRINO N. ")) +
                         QString::number(m_doc.number).rightJustified(4, u'0'));
     Emit(kBoth, sim::DocumentTime(now));
+    if (!m_training)
+        EmitFiscalLogo();
+    CutPaper();
 
     if (m_training) {
         ++m_trainingReceipts;
@@ -192,6 +195,7 @@ void SimulatedFiscalPrinter::FinishNonFiscal() {
     const QDateTime now = Now();
     Emit(kBoth, QStringLiteral("DOCUMENTO NON FISCALE"), Centered());
     Emit(kBoth, sim::DocumentTime(now));
+    CutPaper();
     sim::JournalDocument doc;
     doc.kind = sim::JournalDocument::Kind::NonFiscal;
     doc.when = now;
@@ -243,6 +247,7 @@ int32_t SimulatedFiscalPrinter::PrintDuplicateReceipt() {
     for (const auto& l : kept)
         EmitLine(kBoth, l);
     Emit(kBoth, QStringLiteral("COPIA"), Centered(true));
+    CutPaper();
     // The copy is a document like any other: journaled, and counted as a non-fiscal one.
     sim::JournalDocument doc;
     doc.kind = sim::JournalDocument::Kind::NonFiscal;

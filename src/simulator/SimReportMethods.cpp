@@ -25,7 +25,7 @@ sim::PrintAttributes Title() {
 
 // Reports print at once, in the REPORT state while they print; training marks them as not fiscal.
 int32_t SimulatedFiscalPrinter::PrintReportDocument(const QString& title, const QStringList& lines,
-                                                    QStringList* text) {
+                                                    QStringList* text, bool fiscal) {
     m_doc = Document{};
     EnterState(FPTR_PS_REPORT);
     if (m_training)
@@ -34,6 +34,9 @@ int32_t SimulatedFiscalPrinter::PrintReportDocument(const QString& title, const 
     for (const QString& l : lines)
         EmitLine(kBoth, sim::PrintedLine::Plain(l));
     Emit(kBoth, sim::DocumentTime(Now()));
+    if (fiscal && !m_training)
+        EmitFiscalLogo();
+    CutPaper();
     if (text)
         *text = m_doc.text;
     m_doc = Document{};
@@ -55,7 +58,8 @@ int32_t SimulatedFiscalPrinter::PrintZReport() {
     const int number = sim::CurrentDayNumber(*m_memory);
     const QStringList lines = sim::DayReportLines(*m_memory, m_model);
     QStringList text;
-    PrintReportDocument(QStringLiteral("CHIUSURA GIORNALIERA N. ") + QString::number(number), lines, &text);
+    PrintReportDocument(QStringLiteral("CHIUSURA GIORNALIERA N. ") + QString::number(number), lines, &text,
+                        true);
     // Training never touches the fiscal memory: the Z is on paper only.
     if (m_training)
         return Ok();

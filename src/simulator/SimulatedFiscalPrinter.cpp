@@ -180,9 +180,33 @@ void SimulatedFiscalPrinter::Apply(const sim::Outputs& lines) {
     for (const auto& o : lines) {
         if (o.station & FPTR_S_RECEIPT)
             m_receiptRoll.Append(o.line);
-        if (o.station & FPTR_S_JOURNAL)
-            m_journalRoll.Append(o.line);
+        if (o.station & FPTR_S_JOURNAL) {
+            if (o.line.cutAfter) { // the journal stays one strip
+                PrintedLine uncut = o.line;
+                uncut.cutAfter = false;
+                m_journalRoll.Append(uncut);
+            } else {
+                m_journalRoll.Append(o.line);
+            }
+        }
     }
+}
+
+void SimulatedFiscalPrinter::CutPaper() {
+    for (auto it = m_out.rbegin(); it != m_out.rend(); ++it) {
+        if (it->station & FPTR_S_RECEIPT) {
+            it->line.cutAfter = true;
+            return;
+        }
+    }
+}
+
+void SimulatedFiscalPrinter::EmitFiscalLogo() {
+    PrintedLine logo;
+    logo.kind = PrintedLine::Kind::Logo;
+    logo.text = QString::fromLatin1(sim::kSerialNumber);
+    logo.attr.align = sim::Align::Center;
+    EmitLine(FPTR_S_JOURNAL_RECEIPT, logo);
 }
 
 int32_t SimulatedFiscalPrinter::Flush(unsigned flags) {

@@ -20,6 +20,8 @@ namespace sim {
 struct DebugCommand;
 // UnifiedPOS 1.11's "day end required": outside the bench's table of extended codes.
 inline constexpr int32_t kDayEndRequired = 224;
+// The printer's serial number, printed under its fiscal logo.
+inline constexpr char kSerialNumber[] = "99ZS000123";
 } // namespace sim
 
 // The in-process fiscal printer: an Italian-style printer with an electronic journal and a
@@ -215,6 +217,10 @@ private:
     // Ends the call's output: queued when the call may be, else on paper at once.
     int32_t Flush(unsigned flags = 0);
     void Apply(const sim::Outputs& lines);
+    // The receipt paper is cut below the last line of the current call's output.
+    void CutPaper();
+    // The fiscal logo with the serial number: the foot of every fiscal document.
+    void EmitFiscalLogo();
     void ShowOnDisplay(const QString& top, Amount amount);
 
     // Events
@@ -240,7 +246,9 @@ private:
                        bool isVoid);
     // The total check of the models that have one: a mismatch cancels the receipt.
     bool CancelledByTotalCheck(Amount total);
-    int32_t PrintReportDocument(const QString& title, const QStringList& lines, QStringList* text = nullptr);
+    // A fiscal report (the Z report) ends with the fiscal logo.
+    int32_t PrintReportDocument(const QString& title, const QStringList& lines, QStringList* text = nullptr,
+                                bool fiscal = false);
 
     // DirectIO
     int32_t DirectIOCommand(int32_t command, DirectIOData& data, QString& text);

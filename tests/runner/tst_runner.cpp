@@ -60,6 +60,7 @@ private slots:
         QTest::newRow("device name in the wrong case") << QStringList{"--device=tessorim", m} << "tessorim";
         QTest::newRow("missing value") << QStringList{m, "--log"} << "--log";
         QTest::newRow("empty log name") << QStringList{"--log=", m} << "--log";
+        QTest::newRow("paper without a file name") << QStringList{"--paper=", m} << "--paper";
         QTest::newRow("unreadable file") << QStringList{"--open", missing} << missing;
         QTest::newRow("file after --") << QStringList{"--", "--missing.oposcmd"} << "--missing.oposcmd";
     }

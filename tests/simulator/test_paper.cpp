@@ -16,19 +16,23 @@ QString Seq(const char* token) {
     return Esc + QLatin1String(token);
 }
 
-// One line as "text{flags}", "<R type:data>", "<B slot>" or "<F lines>"; flags: w double width, h double
-// height, s half height, b boxed, k blink, v reverse, c centre, r right, L/R/U/D rotation.
+// One line as "text{flags}", "<R type:data>", "<B slot>", "<F lines>" or "<L serial>", "%" behind
+// when the paper is cut below it; flags: w double width, h double height, s half height, b boxed,
+// k blink, v reverse, B bold, I italic, U<n> underline, f<n> font, c centre, r right, L/R/U/D
+// rotation.
 QString Describe(const PrintedLine& l) {
     const PrintAttributes& a = l.attr;
-    const QString f = QString(a.doubleWidth ? "w" : "") + (a.doubleHeight ? "h" : "") +
-                      (a.halfHeight ? "s" : "") + (a.boxed ? "b" : "") + (a.blink ? "k" : "") +
-                      (a.reverse ? "v" : "") + QStringList{"", "c", "r"}[int(a.align)] +
-                      QStringList{"", "L", "R", "U", "D"}[int(a.rotation)];
+    const QString f =
+        QString(a.doubleWidth ? "w" : "") + (a.doubleHeight ? "h" : "") + (a.halfHeight ? "s" : "") +
+        (a.boxed ? "b" : "") + (a.blink ? "k" : "") + (a.reverse ? "v" : "") + (a.bold ? "B" : "") +
+        (a.italic ? "I" : "") + (a.underline ? "U" + QString::number(a.underline) : "") +
+        (a.font != 1 ? "f" + QString::number(a.font) : "") + QStringList{"", "c", "r"}[int(a.align)] +
+        QStringList{"", "L", "R", "U", "D"}[int(a.rotation)];
     const QString attr = f.isEmpty() ? QString() : u'{' + f + u'}';
     const QString body[] = {l.text, QStringLiteral("<R%1:%2>").arg(l.barcodeType).arg(l.text),
                             QStringLiteral("<B%1>").arg(l.bitmapSlot),
-                            QStringLiteral("<F%1>").arg(l.feedLines)};
-    return body[int(l.kind)] + attr; // Text, Barcode, Bitmap, Feed
+                            QStringLiteral("<F%1>").arg(l.feedLines), QStringLiteral("<L%1>").arg(l.text)};
+    return body[int(l.kind)] + attr + (l.cutAfter ? "%" : ""); // Text, Barcode, Bitmap, Feed, Logo
 }
 QString Describe(const QList<PrintedLine>& lines) {
     QStringList out;
@@ -137,9 +141,25 @@ private slots:
         row("barcode with no type digit", Esc + "|3RABC", "", false);
         row("barcode cut short", Esc + "|14R1400781", "", false);
         row("barcode swallowing a sequence", Esc + "|5R4" + Seq("|2C") + "x", "x", false);
-        row("unknown: bold", "A" + Seq("|bC") + "B", "AB");
+        row("bold", Seq("|bC") + "x", "x{B}");
+        row("italic", Seq("|iC") + "x", "x{I}");
+        row("underline", Seq("|uC") + "x", "x{U1}");
+        row("underline two dots", Seq("|2uC") + "x", "x{U2}");
+        row("font B", Seq("|2fT") + "x", "x{f2}");
+        row("font A after B", Seq("|2fT") + Seq("|1fT") + "x", "x");
+        row("each style off again",
+            Seq("|bC") + Seq("|uC") + Seq("|iC") + Seq("|rvC") + Seq("|!bC") + Seq("|!uC") + Seq("|!iC") +
+                Seq("|!rvC") + "x",
+            "x");
+        row("normal clears the styles", Seq("|bC") + Seq("|2fT") + Seq("|2C") + Seq("|N") + "x", "x");
+        row("cut below the line", "A" + Seq("|P") + "\r\nB", "A%/B");
+        row("cut splits a line", "A" + Seq("|50P") + "B", "A%/B");
+        row("feed and cut", "A" + Seq("|100fP"), "A%");
+        row("cut before anything", Seq("|P") + "A", "%/A");
         row("unknown: unused size", "A" + Seq("|9C") + "B", "AB");
-        row("unknown: letters and number", "A" + Seq("|100fP") + "B", "AB");
+        row("unknown: a third font", "A" + Seq("|3fT") + "B", "AB");
+        row("unknown: letters and number", "A" + Seq("|3bC") + "B", "AB");
+        row("unknown: off for a size", "A" + Seq("|!2C") + "B", "AB");
         row("unknown: blank before bitmap", "A" + Seq("| 1B") + "B", "AB");
         row("unknown: a feed beyond 32 bits", "A" + Seq("|99999999999F") + "B", "AB");
         // Without its closing capital it is no sequence: only ESC and the bar go.
@@ -169,13 +189,19 @@ private slots:
     void plainText() {
         PaperRoll roll;
         QSignalSpy appended(&roll, &PaperRoll::appended);
-        roll.AppendText("Hello\r\n" + Esc + "|14R14007817504598" + Seq("|3B") + Seq("|2000000000F") + "Bye");
-        QCOMPARE(roll.Count(), 5);
-        QCOMPARE(appended.count(), 5);
-        QCOMPARE(appended.last().at(0).value<qsizetype>(), 4);
+        roll.AppendText("Hello\r\n" + Esc + "|14R14007817504598" + Seq("|3B") + Seq("|2000000000F") + "Bye" +
+                        Seq("|P"));
+        PrintedLine logo;
+        logo.kind = PrintedLine::Kind::Logo;
+        logo.text = QStringLiteral("99ZS000123");
+        roll.Append(logo);
+        QCOMPARE(roll.Count(), 6);
+        QCOMPARE(appended.count(), 6);
+        QCOMPARE(appended.last().at(0).value<qsizetype>(), 5);
         QCOMPARE(roll.PlainText(), QStringLiteral("Hello\n[BARCODE 1:4007817504598]\n[BITMAP 3]\n"
-                                                  "[FEED 2000000000]\nBye"));
-        QCOMPARE(roll.PlainText(2), QStringLiteral("[BITMAP 3]\n[FEED 2000000000]\nBye"));
+                                                  "[FEED 2000000000]\nBye\n[FISCAL LOGO 99ZS000123]"));
+        QCOMPARE(roll.PlainText(2),
+                 QStringLiteral("[BITMAP 3]\n[FEED 2000000000]\nBye\n[FISCAL LOGO 99ZS000123]"));
         QCOMPARE(roll.Lines().at(3).PaperLines(), 2000000000);
         roll.Clear();
         QCOMPARE(roll.PlainText(), QString());

@@ -391,6 +391,57 @@ private slots:
         QVERIFY(p.ReceiptRoll().PlainText(before).contains(QStringLiteral("3,00")));
     }
 
+    // Each document ends with one cut of the receipt paper, below its last line; a fiscal one has the
+    // fiscal logo with the serial number just above the cut. The journal is never cut.
+    void documentFoot_data() {
+        QTest::addColumn<QString>("document");
+        QTest::addColumn<bool>("logo");
+        QTest::newRow("sale") << "sale" << true;
+        QTest::newRow("voided receipt") << "void" << true;
+        QTest::newRow("training receipt") << "training" << false;
+        QTest::newRow("non-fiscal document") << "nonfiscal" << false;
+        QTest::newRow("X report") << "x" << false;
+        QTest::newRow("Z report") << "z" << true;
+    }
+    void documentFoot() {
+        QFETCH(QString, document);
+        QFETCH(bool, logo);
+        SimulatedFiscalPrinter p;
+        Ready(p);
+        const qsizetype receiptStart = p.ReceiptRoll().Count(), journalStart = p.JournalRoll().Count();
+        if (document == QLatin1String("sale")) {
+            Sale(p, M(100));
+        } else if (document == QLatin1String("void")) {
+            QCOMPARE(Begin(p), 0);
+            QCOMPARE(Item(p, QStringLiteral("A"), M(100)), 0);
+            QCOMPARE(Void(p), 0);
+        } else if (document == QLatin1String("training")) {
+            QCOMPARE(p.BeginTraining(), 0);
+            Sale(p, M(100));
+        } else if (document == QLatin1String("nonfiscal")) {
+            QCOMPARE(p.BeginNonFiscal(), 0);
+            QCOMPARE(Normal(p, FPTR_S_RECEIPT, QStringLiteral("hello")), 0);
+            QCOMPARE(p.EndNonFiscal(), 0);
+        } else if (document == QLatin1String("x")) {
+            QCOMPARE(p.PrintXReport(), 0);
+        } else {
+            QCOMPARE(p.PrintZReport(), 0);
+        }
+        const QList<sim::PrintedLine> paper = p.ReceiptRoll().Lines().mid(receiptStart);
+        QVERIFY(paper.size() > 2);
+        for (qsizetype i = 0; i < paper.size(); ++i)
+            QCOMPARE(paper[i].cutAfter, i == paper.size() - 1);
+        const auto isLogo = [](const sim::PrintedLine& l) { return l.kind == sim::PrintedLine::Kind::Logo; };
+        QCOMPARE(std::count_if(paper.begin(), paper.end(), isLogo), logo ? 1 : 0);
+        if (logo) {
+            QVERIFY(isLogo(paper.last()));
+            QCOMPARE(paper.last().text, QStringLiteral("99ZS000123"));
+        }
+        const QList<sim::PrintedLine> journal = p.JournalRoll().Lines().mid(journalStart);
+        QVERIFY(std::none_of(journal.begin(), journal.end(),
+                             [](const sim::PrintedLine& l) { return l.cutAfter; }));
+    }
+
     void fiscalStateSurvivesCloseAndOpen() {
         SimulatedFiscalPrinter p;
         Ready(p);

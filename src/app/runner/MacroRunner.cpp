@@ -3,13 +3,16 @@
 #include "CommandLine.h"
 #include "IFiscalPrinter.h"
 #include "OposAll.h"
+#include "PaperListing.h"
 #include "Seams.h"
+#include "SimulatedFiscalPrinter.h"
 #include "clsBenchCore.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QSaveFile>
 #include <QTextStream>
 #include <QTimer>
 
@@ -126,6 +129,14 @@ const std::vector<RunOptionRow>& RunOptionTable() {
              o.logFile = value;
              return value.isEmpty() ? QStringLiteral("--log needs a file name") : QString();
          }},
+        {QCommandLineOption(QStringLiteral("paper"),
+                            QStringLiteral("After the run, write both paper rolls to FILE as a listing "
+                                           "(attributes, barcodes, bitmaps, cuts marked)."),
+                            QStringLiteral("FILE")),
+         [](const QString& value, RunOptions& o) {
+             o.paperFile = value;
+             return value.isEmpty() ? QStringLiteral("--paper needs a file name") : QString();
+         }},
         {QCommandLineOption(QStringLiteral("error-response"),
                             QStringLiteral("Answer the device's error events with retry or clear (default)."),
                             QStringLiteral("retry|clear")),
@@ -151,6 +162,23 @@ void DescribeRunner(QCommandLineParser& parser) {
     for (const RunOptionRow& row : RunOptionTable())
         parser.addOption(row.option);
     parser.addPositionalArgument(QStringLiteral("MACRO.oposcmd"), QStringLiteral("The macro file to play."));
+}
+
+// What the simulated printer put on its rolls, for a script to compare with a kept copy.
+bool WritePaper(IFiscalPrinter& device, const QString& path, QString& error) {
+    const auto* printer = dynamic_cast<const SimulatedFiscalPrinter*>(&device);
+    if (!printer) {
+        error = QStringLiteral("--paper needs the simulated printer");
+        return false;
+    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write(sim::PaperListing(printer->ReceiptRoll(), printer->JournalRoll()).toUtf8()) < 0 ||
+        !file.commit()) {
+        error = QStringLiteral("cannot write paper file ") + path;
+        return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -250,6 +278,10 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     if (!options.logFile.isEmpty() && !log.SaveToFile(options.logFile)) {
         err << ProgramName << ": cannot write log file " << options.logFile
             << "; the log above is complete, give --log a file in a folder you can write to\n";
+        err.flush();
+    }
+    if (QString error; !options.paperFile.isEmpty() && !WritePaper(device, options.paperFile, error)) {
+        err << ProgramName << ": " << error << '\n';
         err.flush();
     }
     return failed ? ExitLineFailed : ExitSuccess;

@@ -17,6 +17,7 @@ struct RunOptions {
     bool stopOnError = false;
     int delayMs = 0;
     QString logFile;
+    QString paperFile;          // both rolls as a listing, written after the run
     int32_t errorResponse = 12; // 11 retry, 12 clear
     QString macroFile;
     bool help = false;
