@@ -2,7 +2,7 @@
 # Installs what fpubench needs on a Debian 12 machine, only what is missing.
 set -euo pipefail
 
-packages=(cmake g++ make qt6-base-dev qt6-base-dev-tools libgl-dev libbenchmark-dev)
+packages=(cmake g++ make qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libgl-dev libbenchmark-dev)
 # A real window for screenshots needs an X server; tests themselves run offscreen.
 if [ "${FPUBENCH_WITH_XVFB:-0}" = 1 ]; then packages+=(xvfb xauth); fi
 
