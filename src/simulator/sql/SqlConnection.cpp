@@ -68,6 +68,13 @@ QSqlQuery* SqlConnection::Run(const QString& sql, const QVariantList& values) {
     return &query;
 }
 
+bool SqlConnection::Exec(const QString& sql, const QVariantList& values) {
+    QSqlQuery* query = Run(sql, values);
+    if (query)
+        query->finish(); // a statement left running keeps VACUUM and checkpoints out
+    return query != nullptr;
+}
+
 QVariant SqlConnection::Scalar(const QString& sql, bool* ok) {
     QSqlQuery* query = Run(sql);
     const bool found = query && query->next();

@@ -22,7 +22,8 @@ public:
     // Runs `sql` with `values` bound in order; the query, positioned before its first row, or
     // nullptr after a failure.
     QSqlQuery* Run(const QString& sql, const QVariantList& values = {});
-    bool Exec(const QString& sql, const QVariantList& values = {}) { return Run(sql, values) != nullptr; }
+    // Runs `sql` and lets go of whatever rows it had.
+    bool Exec(const QString& sql, const QVariantList& values = {});
     // The first column of the first row; an invalid QVariant after a failure or with no row.
     QVariant Scalar(const QString& sql, bool* ok = nullptr);
 
