@@ -6,6 +6,7 @@
 #include "SqliteFiscalMemory.h"
 #include "Zorvane6DirectIO.h"
 
+#include <QProcess>
 #include <QRandomGenerator>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -283,6 +284,38 @@ private slots:
         QVERIFY(last.lines.contains(QStringLiteral("SCONTRINO N. 0003")));
         Sale(p, M(100));
         QCOMPARE(Data(p, FPTR_GD_RECEIPT_NUMBER), QStringLiteral("4"));
+    }
+
+    // A real kill, at whatever point the writer has reached: the file holds whole receipts only, at
+    // least every one the writer had reported ended, and at most a begun one besides.
+    void killedProcess() {
+        for (const int wanted : {1, 4, 9, 17, 30}) {
+            const QString path = NewPath();
+            QProcess writer;
+            writer.start(QStringLiteral(FPU_FISCAL_MEMORY_WRITER), {path});
+            QVERIFY(writer.waitForStarted());
+            int ended = 0;
+            while (ended < wanted && writer.waitForReadyRead(10000))
+                while (writer.canReadLine())
+                    ended = qMax(ended, writer.readLine().trimmed().toInt());
+            QVERIFY2(ended >= wanted, writer.readAllStandardError().constData());
+            writer.kill();
+            QVERIFY(writer.waitForFinished());
+
+            FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, Zorvane());
+            QCOMPARE(opening.outcome, Outcome::Opened);
+            const IFiscalMemory& m = *opening.memory;
+            const int kept = m.DayCounters().fiscalReceipts;
+            QVERIFY2(kept >= ended, qPrintable(QStringLiteral("%1 reported, %2 kept").arg(ended).arg(kept)));
+            QCOMPARE(m.DayCounters().voidedReceipts, 0);
+            QCOMPARE(m.GrandTotals().Sum(TotalKind::Net), M(100) * kept);
+            QCOMPARE(m.DayTenders()[FPTR_PDL_CASH], M(100) * kept);
+            QCOMPARE(m.JournalCount(), kept);
+            const auto numbers = m.JournalDocuments({});
+            QCOMPARE(numbers.last().number, kept);
+            if (const auto open = m.UnfinishedDocument())
+                QCOMPARE(open->number, kept + 1);
+        }
     }
 
     // The bench closes after a few receipts and a Z report and starts again: the numbers go on,

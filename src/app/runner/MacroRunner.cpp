@@ -83,7 +83,9 @@ bool Matches(const QString& argument, const QString& option) {
 QString RunUsage() {
     return QStringLiteral(
         "usage: fpubench-run [--device NAME] [--open] [--stop-on-error] [--delay MS] [--log FILE] "
-        "[--error-response retry|clear] MACRO.oposcmd");
+        "[--error-response retry|clear] [--memory FILE] MACRO.oposcmd\n"
+        "  --memory FILE  keep the printer's fiscal memory in FILE (created when missing) and go on from\n"
+        "                 what it holds; without it every run starts on a fresh fiscal memory");
 }
 
 bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QString& error) {
@@ -134,6 +136,13 @@ bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QStrin
             } else {
                 error =
                     QStringLiteral("--error-response is retry or clear, not \"") + value + QLatin1Char('"');
+                return false;
+            }
+        } else if (Matches(a, QStringLiteral("--memory"))) {
+            if (!TakeValue(arguments, i, QStringLiteral("--memory"), options.memoryFile, error))
+                return false;
+            if (options.memoryFile.isEmpty()) {
+                error = QStringLiteral("--memory needs a file name");
                 return false;
             }
         } else if (a.startsWith(QLatin1StringView("--"))) {
@@ -212,7 +221,8 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     return failed ? ExitLineFailed : ExitSuccess;
 }
 
-int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream& out, QTextStream& err) {
+int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream& out, QTextStream& err,
+               const MemoryFileHook& useMemoryFile) {
     RunOptions options;
     QString error;
     if (!ParseRunArguments(arguments, options, error)) {
@@ -224,6 +234,16 @@ int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream
         out << RunUsage() << '\n';
         out.flush();
         return ExitSuccess;
+    }
+    if (!options.memoryFile.isEmpty()) {
+        QString message = QStringLiteral("--memory needs the simulated printer");
+        const bool used = useMemoryFile && useMemoryFile(options.memoryFile, options.device, message);
+        if (!message.isEmpty()) {
+            err << ProgramName << ": " << message << '\n';
+            err.flush();
+        }
+        if (!used)
+            return ExitUsage;
     }
     return RunMacroFile(options, device, out, err);
 }
