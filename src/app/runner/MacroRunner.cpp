@@ -83,9 +83,7 @@ bool Matches(const QString& argument, const QString& option) {
 QString RunUsage() {
     return QStringLiteral(
         "usage: fpubench-run [--device NAME] [--open] [--stop-on-error] [--delay MS] [--log FILE] "
-        "[--error-response retry|clear] [--memory FILE] MACRO.oposcmd\n"
-        "  --memory FILE  keep the printer's fiscal memory in FILE (created when missing) and go on from\n"
-        "                 what it holds; without it every run starts on a fresh fiscal memory");
+        "[--error-response retry|clear] [--memory FILE] MACRO.oposcmd");
 }
 
 bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QString& error) {

@@ -32,6 +32,7 @@ inline constexpr int ExitSuccess = 0;
 inline constexpr int ExitLineFailed = 1;
 inline constexpr int ExitUsage = 2;
 
+// One line; --memory FILE keeps the fiscal memory in FILE across runs, a fresh one per run without it.
 QString RunUsage();
 
 // `arguments` as QCoreApplication::arguments() gives them, the program's name first.

@@ -107,7 +107,7 @@ Attempt TryOpen(const QString& path, const ModelSwitches& model, int capacity,
     const QFileInfo info(path);
     if (info.exists() && info.size() > 0 && !HasSqliteHeader(path))
         return Refused(QStringLiteral("%1 is not a fiscal memory: it is not an SQLite database. It was left "
-                                      "as it is; move it away, or name another file.")
+                                      "as it is; move it away, and a new fiscal memory starts there.")
                            .arg(path));
     auto db = std::make_unique<SqlConnection>(path);
     // Exclusive before anything is read: SQLite then keeps the file to this connection, and its
@@ -127,13 +127,13 @@ Attempt TryOpen(const QString& path, const ModelSwitches& model, int capacity,
     const bool fresh = applicationId == 0 && version == 0 && tables == 0;
     if (!fresh && applicationId != FiscalSchema::kApplicationId)
         return Refused(QStringLiteral("%1 is an SQLite database, but not a fiscal memory of fpubench. It was "
-                                      "left as it is; move it away, or name another file.")
+                                      "left as it is; move it away, and a new fiscal memory starts there.")
                            .arg(path));
     if (version > FiscalSchema::kVersion)
         return Refused(
             QStringLiteral("The fiscal memory %1 was written by a newer fpubench (schema %2; this "
-                           "one reads up to %3). It was left as it is; open it with that fpubench, "
-                           "or name another file.")
+                           "one reads up to %3). It was left as it is; open it with that fpubench, or "
+                           "move it away and a new fiscal memory starts there.")
                 .arg(path)
                 .arg(version)
                 .arg(FiscalSchema::kVersion));
@@ -148,7 +148,8 @@ Attempt TryOpen(const QString& path, const ModelSwitches& model, int capacity,
         if (owner != model.deviceName)
             return Refused(
                 QStringLiteral("The fiscal memory %1 belongs to a %2 printer, not to a %3. It was left "
-                               "as it is; open the %2, or name another file.")
+                               "as it is; open the %2 with it, or move it away and a new fiscal memory "
+                               "starts there.")
                     .arg(path, owner, model.deviceName));
     }
     if (db->Scalar(QStringLiteral("PRAGMA journal_mode = WAL")).toString() != u"wal" ||
@@ -185,14 +186,15 @@ FiscalMemoryOpening OpenFiscalMemoryFile(const QString& path, const ModelSwitche
     const QString file = QFileInfo(path).absoluteFilePath();
     const QFileInfo info(file);
     if (!QDir().mkpath(info.absolutePath())) {
-        opening.message = QStringLiteral("The folder %1 of the fiscal memory can't be created. Check its "
-                                         "permissions, or name another file.")
+        opening.message = QStringLiteral("The folder %1 of the fiscal memory can't be created. Check the "
+                                         "permissions of the folders above it.")
                               .arg(info.absolutePath());
         return opening;
     }
     if (info.exists() && !info.isFile()) {
-        opening.message =
-            QStringLiteral("%1 is not a fiscal memory: it is not a file. Name another file.").arg(file);
+        opening.message = QStringLiteral("%1 is not a fiscal memory: it is not a file. It was left as it is; "
+                                         "move it away, and a new fiscal memory starts there.")
+                              .arg(file);
         return opening;
     }
     auto lock = Lock(file, opening.message);
