@@ -2,7 +2,7 @@
 # Installs what fpubench needs on a Debian 12 machine, only what is missing.
 set -euo pipefail
 
-packages=(cmake g++ make qt6-base-dev qt6-base-dev-tools libgl-dev libbenchmark-dev libzint-dev fonts-dejavu-core)
+packages=(cmake g++ make qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libgl-dev libbenchmark-dev libzint-dev fonts-dejavu-core)
 # The install test checks the menu entry and the man pages; cpack's DEB needs dpkg-shlibdeps.
 packages+=(desktop-file-utils groff-base dpkg-dev)
 # A real window for screenshots needs an X server; tests themselves run offscreen.

@@ -117,7 +117,12 @@ BenchStart ParseBenchArguments(const QStringList& arguments) {
                        "(default: ") +
             QStringLiteral(FPUBENCH_SO_NAME_TEXT) + QStringLiteral(")."),
         QStringLiteral("NAME"));
-    parser.addOptions({help, version, device});
+    const QCommandLineOption newMemory(
+        QStringLiteral("new-fiscal-memory"),
+        QStringLiteral("Start MODEL's simulated printer on a new fiscal memory, after asking; the old "
+                       "file is kept aside. No window opens."),
+        QStringLiteral("MODEL"));
+    parser.addOptions({help, version, device, newMemory});
     AddWindowSystemOptions(parser);
 
     BenchStart start;
@@ -141,6 +146,11 @@ BenchStart ParseBenchArguments(const QStringList& arguments) {
         if (const QString error = CommandLine::DeviceNameError(parser.value(device)); !error.isEmpty())
             return refuse(error);
         start.device = parser.value(device);
+    }
+    if (parser.isSet(newMemory)) {
+        if (const QString error = CommandLine::DeviceNameError(parser.value(newMemory)); !error.isEmpty())
+            return refuse(error);
+        start.newFiscalMemory = parser.value(newMemory);
     }
     return start;
 }

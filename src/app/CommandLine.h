@@ -34,6 +34,7 @@ struct BenchStart {
     QString out;      // help or version, for stdout
     QString err;      // a usage error, one line for stderr
     QString device;   // --device; empty: the build's service object name
+    QString newFiscalMemory; // --new-fiscal-memory MODEL: ask, move that memory aside, no window
 };
 
 // `arguments` with the program's name first. The windowing system's own options (-platform,

@@ -1,6 +1,8 @@
 #include "BenchSettings.h"
 #include "CommandLine.h"
+#include "FiscalMemoryFile.h"
 #include "MDITestFPOPOS.h"
+#include "ShellPickers.h"
 #include "SimulatedFiscalPrinter.h"
 
 #include <QApplication>
@@ -14,10 +16,16 @@ int main(int argc, char* argv[]) {
 
     QApplication app(argc, argv);
     SetBenchIdentity();
+    if (!start.newFiscalMemory.isEmpty()) {
+        ShellPickers::InstallDialogSeams();
+        return sim::StartNewFiscalMemory(start.newFiscalMemory);
+    }
     frmLOGO logo;
     if (!start.device.isEmpty())
         logo.lblSOName = start.device;
-    MDITestFPOPOS window(std::make_unique<SimulatedFiscalPrinter>(), logo);
+    auto printer = std::make_unique<SimulatedFiscalPrinter>();
+    printer->SetFiscalMemoryFactory(sim::PersistentFiscalMemories({}));
+    MDITestFPOPOS window(std::move(printer), logo);
     WindowMemory memory(window);
     window.show();
     return app.exec();

@@ -7,7 +7,9 @@
 #include <QMap>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace sim {
 
@@ -31,6 +33,27 @@ struct JournalDocument {
     int zNumber = 0; // the day it belongs to: the number its Z report gets
     QDateTime when;
     QStringList lines;
+};
+
+// Which documents of the electronic journal a report asks for; every condition given must hold.
+struct JournalFilter {
+    int kind = 0;                               // 0 every kind, else a JournalDocument::Kind
+    std::optional<std::pair<int, int>> dates;   // YYYYMMDD, both ends included
+    std::optional<std::pair<int, int>> numbers; // document numbers, both ends included
+    std::optional<int> day;                     // the documents of that day (its Z number)
+};
+// The journal's date of `when`: YYYYMMDD.
+int JournalDate(const QDateTime& when);
+bool Matches(const JournalFilter& filter, const JournalDocument& document);
+
+// A document begun and not ended yet. The memory keeps it so that, when a printer's power (or the
+// bench) comes back after a cut, the printer can end it as a real one does.
+struct OpenDocument {
+    JournalDocument::Kind kind = JournalDocument::Kind::Fiscal; // Fiscal, CreditNote or NonFiscal
+    int number = 0;
+    QDateTime begunAt;
+    QString creditNoteNumber;
+    bool operator==(const OpenDocument&) const = default;
 };
 
 struct HeaderLine {
@@ -70,14 +93,20 @@ public:
     virtual QDateTime LastFiscalDocument() const = 0;
     virtual const QList<ZRecord>& ZRecords() const = 0;
     virtual int Remaining() const = 0;
-    virtual const QList<JournalDocument>& Journal() const = 0;
+    virtual int JournalCount() const = 0;
+    // The journal's documents that match, oldest first.
+    virtual QList<JournalDocument> JournalDocuments(const JournalFilter& filter) const = 0;
     virtual const QList<int32_t>& VatRates() const = 0; // hundredths of a percent, rate 1 first
     virtual const QList<HeaderLine>& HeaderLines() const = 0;
     virtual const QList<HeaderLine>& TrailerLines() const = 0;
     virtual const QMap<int, int>& DepartmentLinks() const = 0; // department -> rate
     virtual int HeaderChanges() const = 0;
     virtual int VatChanges() const = 0;
+    // The document begun and not committed since: nullopt between documents.
+    virtual std::optional<OpenDocument> UnfinishedDocument() const = 0;
 
+    // A fiscal receipt or a non-fiscal document begins; its commit at the end clears it.
+    virtual void CommitDocumentBegun(const OpenDocument& document) = 0;
     // An ended receipt: counters, totals, tenders, day opening and journal in one.
     virtual void CommitReceipt(const ReceiptRecord& receipt) = 0;
     // A Z report: the day's record, the journal document, a new day. False, and nothing changed,
@@ -96,8 +125,14 @@ public:
     virtual void SetRemaining(int records) = 0;
 };
 
+inline constexpr int kFiscalMemoryCapacity = 1800; // Z records
+
 // The fiscal memory of a new printer of `model`, held in the process.
-std::unique_ptr<IFiscalMemory> MakeInMemoryFiscalMemory(const ModelSwitches& model, int capacity = 1800);
+std::unique_ptr<IFiscalMemory> MakeInMemoryFiscalMemory(const ModelSwitches& model,
+                                                        int capacity = kFiscalMemoryCapacity);
+
+// Where a printer gets its fiscal memory when a model is opened.
+using FiscalMemoryFactory = std::function<std::unique_ptr<IFiscalMemory>(const ModelSwitches& model)>;
 
 // The day rules, read off the memory.
 // The day opened 24 hours or more before `now`: no fiscal receipt until a Z report.

@@ -17,11 +17,6 @@ QString Padded(int n, int width) {
     return QString::number(n).rightJustified(width, u'0');
 }
 
-int DateNumber(const QDateTime& when) {
-    const QDate d = when.date();
-    return d.year() * 10000 + d.month() * 100 + d.day();
-}
-
 QString KindTag(JournalDocument::Kind kind) {
     switch (kind) {
     case JournalDocument::Kind::ZReport:
@@ -134,16 +129,16 @@ QStringList PeriodicReportLines(const QList<ZRecord>& records, const QDateTime& 
 
 QStringList JournalReportLines(const IFiscalMemory& memory, int mode, int type, int fromDate, int toDate,
                                int fromNumber, int toNumber) {
-    const int currentDay = CurrentDayNumber(memory);
+    JournalFilter filter;
+    filter.kind = type;
+    if (mode == 1)
+        filter.dates = std::pair{fromDate, toDate};
+    else if (mode == 2)
+        filter.numbers = std::pair{fromNumber, toNumber};
+    else if (mode == 3)
+        filter.day = CurrentDayNumber(memory);
     QStringList out{QStringLiteral("GIORNALE ELETTRONICO")};
-    for (const JournalDocument& doc : memory.Journal()) {
-        if (type != 0 && static_cast<int>(doc.kind) != type)
-            continue;
-        const int d = DateNumber(doc.when);
-        if ((mode == 1 && (d < fromDate || d > toDate)) ||
-            (mode == 2 && (doc.number < fromNumber || doc.number > toNumber)) ||
-            (mode == 3 && doc.zNumber != currentDay))
-            continue;
+    for (const JournalDocument& doc : memory.JournalDocuments(filter)) {
         out << QStringLiteral("---- ") + KindTag(doc.kind) + u' ' + Padded(doc.number, 4) + u' ' +
                    DocumentTime(doc.when);
         out << doc.lines;

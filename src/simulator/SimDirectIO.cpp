@@ -89,7 +89,7 @@ QString SimulatedFiscalPrinter::StateDump() const {
         pair("creditnotes", num(day.creditNotes)),
         pair("nonfiscal", num(day.nonFiscalDocs)),
         pair("restarts", num(m_memory->GrandCounters().restarts)),
-        pair("journal", num(m_memory->Journal().size())),
+        pair("journal", num(m_memory->JournalCount())),
     }
         .join(u' ');
 }

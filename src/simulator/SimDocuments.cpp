@@ -58,6 +58,10 @@ void SimulatedFiscalPrinter::StartReceipt(int32_t type, const QString& creditNot
     m_doc.creditNoteNumber = creditNoteNumber;
     m_doc.begunAt = Now();
     m_doc.number = m_training ? 0 : sim::NextReceiptNumber(*m_memory);
+    if (!m_training)
+        m_memory->CommitDocumentBegun({type == FPTR_RT_REFUND ? sim::JournalDocument::Kind::CreditNote
+                                                              : sim::JournalDocument::Kind::Fiscal,
+                                       m_doc.number, m_doc.begunAt, creditNoteNumber});
     PrintReceiptHead();
     EnterState(FPTR_PS_FISCAL_RECEIPT);
 }
@@ -171,6 +175,11 @@ int32_t SimulatedFiscalPrinter::BeginNonFiscal() {
         return m_resultCode;
     m_doc = Document{};
     m_doc.nonFiscal = true;
+    m_doc.begunAt = Now();
+    m_memory->CommitDocumentBegun({sim::JournalDocument::Kind::NonFiscal,
+                                   m_memory->DayCounters().nonFiscalDocs + 1,
+                                   m_doc.begunAt,
+                                   {}});
     for (const auto& h : m_memory->HeaderLines())
         if (!h.text.isEmpty())
             Emit(kBoth, h.text, Centered(h.doubleWidth));
@@ -301,4 +310,20 @@ void SimulatedFiscalPrinter::AfterPowerCut() {
     }
     m_training = false;
     EnterState(FPTR_PS_MONITOR);
+}
+
+void SimulatedFiscalPrinter::EndUnfinishedDocument(const sim::OpenDocument& unfinished) {
+    // What was printed of it before the cut is gone with the process: the printer ends it with
+    // nothing in it, voided, and counts the restart.
+    m_doc = Document{};
+    m_doc.begunAt = unfinished.begunAt;
+    if (unfinished.kind == sim::JournalDocument::Kind::NonFiscal) {
+        m_doc.nonFiscal = true;
+    } else {
+        m_doc.receipt.emplace(unfinished.kind == sim::JournalDocument::Kind::CreditNote ? FPTR_RT_REFUND
+                                                                                        : FPTR_RT_SALES);
+        m_doc.number = unfinished.number;
+        m_doc.creditNoteNumber = unfinished.creditNoteNumber;
+    }
+    AfterPowerCut();
 }

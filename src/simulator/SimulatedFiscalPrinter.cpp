@@ -341,10 +341,16 @@ int32_t SimulatedFiscalPrinter::Open(QString& DeviceName) {
     const sim::ModelSwitches* model = sim::FindModel(DeviceName);
     if (!model)
         return Result(OPOS_E_NOEXIST, 0, QStringLiteral("No such device"));
-    if (model->deviceName != m_model.deviceName) {
+    const bool attach = model->deviceName != m_model.deviceName || (m_memoryFactory && !m_memoryFromFactory);
+    if (attach) {
         // Another model is another printer, with its own fiscal memory.
         m_model = *model;
-        m_memory = sim::MakeInMemoryFiscalMemory(m_model);
+        m_memory.reset(); // a model's store is let go before the next one is opened
+        if (m_memoryFactory)
+            m_memory = m_memoryFactory(m_model);
+        if (!m_memory)
+            m_memory = sim::MakeInMemoryFiscalMemory(m_model);
+        m_memoryFromFactory = bool(m_memoryFactory);
         m_pendingVat.clear();
         m_posId.clear();
         m_cashierId.clear();
@@ -363,8 +369,16 @@ int32_t SimulatedFiscalPrinter::Open(QString& DeviceName) {
     m_session.checkTotal = m_model.checkTotalAtOpen;
     m_events.SetFrozen(false);
     m_queue.ResetIds();
+    if (attach)
+        if (const auto unfinished = m_memory->UnfinishedDocument())
+            EndUnfinishedDocument(*unfinished);
     emit sessionChanged();
     return Ok();
+}
+
+void SimulatedFiscalPrinter::SetFiscalMemoryFactory(sim::FiscalMemoryFactory factory) {
+    m_memoryFactory = std::move(factory);
+    m_memoryFromFactory = false;
 }
 
 int32_t SimulatedFiscalPrinter::Close() {

@@ -40,6 +40,12 @@ public:
 
     void SetEventSink(IFiscalPrinterEvents* sink) override { m_sink = sink; }
 
+    // Where a model's fiscal memory comes from: asked at the next Open, and again at each Open of
+    // the other model. Without one, each model starts a fresh memory in the process. A memory that
+    // still holds a document begun and never ended (the bench was killed in the middle of it) is
+    // taken as after a power cut: the printer ends that document by itself at Open.
+    void SetFiscalMemoryFactory(sim::FiscalMemoryFactory factory);
+
 #define FPU_SIM_DECLARE_METHOD(name, params, args) int32_t name params override;
     FPU_METHODS(FPU_SIM_DECLARE_METHOD)
 #undef FPU_SIM_DECLARE_METHOD
@@ -237,6 +243,8 @@ private:
     void FinishReceipt();
     void FinishNonFiscal();
     void AfterPowerCut();
+    // A document left open in a memory just attached ends as after a power cut.
+    void EndUnfinishedDocument(const sim::OpenDocument& unfinished);
     void CommitNotice() {
         emit fiscalMemoryChanged();
     }
@@ -267,6 +275,8 @@ private:
     // The printer's own state: survives Close and Open
     sim::ModelSwitches m_model;
     std::unique_ptr<sim::IFiscalMemory> m_memory;
+    sim::FiscalMemoryFactory m_memoryFactory;
+    bool m_memoryFromFactory = false;
     QMap<int, int32_t> m_pendingVat;
     QString m_posId, m_cashierId;
     int32_t m_printerState = 1;

@@ -42,6 +42,9 @@ private slots:
                                               << "-x";
         QTest::newRow("a file") << QStringList{"receipt.oposcmd"} << false << 2 << ""
                                 << "receipt.oposcmd";
+        QTest::newRow("new memory of a model the bench doesn't know")
+            << QStringList{"--new-fiscal-memory", "zorvanefpu"} << false << 2 << ""
+            << "\"zorvanefpu\"";
     }
     void parse() {
         QFETCH(QStringList, args);
@@ -50,6 +53,7 @@ private slots:
         QTEST(start.openWindow, "opens");
         QTEST(start.exitCode, "status");
         QTEST(start.device, "device");
+        QVERIFY(start.newFiscalMemory.isEmpty());
         QVERIFY(start.out.isEmpty());
         if (mentions.isEmpty()) {
             QVERIFY2(start.err.isEmpty(), qPrintable(start.err));
@@ -59,6 +63,15 @@ private slots:
         QVERIFY2(start.err.startsWith("fpubench: ") && start.err.contains(mentions) &&
                      start.err.endsWith("; see fpubench --help") && !start.err.contains(u'\n'),
                  qPrintable(start.err));
+    }
+
+    // The reset of a model's fiscal memory is an action of its own: a window opens only to ask.
+    void newFiscalMemory() {
+        const BenchStart start =
+            ParseBenchArguments({"/usr/bin/fpubench", "--new-fiscal-memory", "Tessorim"});
+        QVERIFY(start.openWindow);
+        QCOMPARE(start.newFiscalMemory, QStringLiteral("Tessorim"));
+        QVERIFY(start.err.isEmpty());
     }
 
     void helpAndVersion_data() {

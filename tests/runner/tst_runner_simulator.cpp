@@ -1,3 +1,4 @@
+#include "FiscalMemoryFile.h"
 #include "MacroRunner.h"
 #include "PaperListing.h"
 #include "SimulatedFiscalPrinter.h"
@@ -5,6 +6,35 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+
+namespace {
+
+struct Run {
+    int status = 0;
+    QString out, err;
+};
+
+// One run of the program: a new printer, as a new process has, with --memory served as the
+// program serves it.
+Run RunProgram(const QStringList& arguments) {
+    SimulatedFiscalPrinter device;
+    Run run;
+    QTextStream o(&run.out), e(&run.err);
+    run.status = RunnerMain(QStringList{"fpubench-run"} + arguments, device, o, e,
+                            [&device](const QString& file, const QString& name, QString& message) {
+                                return sim::UseFiscalMemoryFile(device, file, name, message);
+                            });
+    return run;
+}
+
+// "fiscal=N journal=N" off the state dump in the log.
+QString Counts(const QString& log) {
+    static const QRegularExpression counts(QStringLiteral(" (fiscal=\\d+) .* (journal=\\d+)"));
+    const auto m = counts.match(log.mid(log.lastIndexOf(QStringLiteral("DIRECTIO_FPTR_DEBUG"))));
+    return m.hasMatch() ? m.captured(1) + u' ' + m.captured(2) : QStringLiteral("<no dump>");
+}
+
+} // namespace
 
 // The sample macro makes one complete receipt on the simulated printer.
 class tst_RunnerSimulator : public QObject {
@@ -71,6 +101,63 @@ private slots:
         const QList<sim::PrintedLine> lines = sim::InterpretPrintControl(printed);
         QCOMPARE(lines.size(), 1);
         QCOMPARE(sim::PaperListingLine(lines.first()), listed);
+    }
+
+    // Each run starts on a fresh fiscal memory, unless --memory names a file to go on with.
+    void memoryAcrossRuns_data() {
+        QTest::addColumn<QStringList>("options"); // "FILE" stands for the memory file
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        QTest::newRow("fresh each run") << QStringList{} << "fiscal=1 journal=1"
+                                        << "fiscal=1 journal=1";
+        QTest::newRow("--memory FILE") << QStringList{"--memory", "FILE"} << "fiscal=1 journal=1"
+                                       << "fiscal=2 journal=2";
+        QTest::newRow("--memory=FILE") << QStringList{"--memory=FILE"} << "fiscal=1 journal=1"
+                                       << "fiscal=2 journal=2";
+        QTest::newRow("on the other model")
+            << QStringList{"--device", "Tessorim", "--memory", "FILE"} << "fiscal=1 journal=1"
+            << "fiscal=2 journal=2";
+    }
+    void memoryAcrossRuns() {
+        QFETCH(QStringList, options);
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("ci/memory.sqlite"));
+        options.replaceInStrings(QStringLiteral("FILE"), file);
+        const QString macro = dir.filePath(QStringLiteral("sale.oposcmd"));
+        QFile f(macro);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(
+            "F_BeginFiscalReceipt$-1\nF_PrintRecItem$Articolo$2.00$0$1$0.00$\n"
+            "F_PrintRecTotal$2.00$2.00$0\nF_EndFiscalReceipt$0\nF_DirectIO$9999$0$0$0$0$0$0$0$0$0$0$0$\n");
+        f.close();
+        for (const QString& expected : {first, second}) {
+            const Run run = RunProgram(options + QStringList{"--open", macro});
+            QVERIFY2(run.status == 0 && run.err.isEmpty(), qPrintable(run.out + run.err));
+            QCOMPARE(Counts(run.out), expected);
+        }
+        QCOMPARE(QFileInfo::exists(file), !options.isEmpty());
+        // A fresh run leaves nothing behind in the bench's own folder either.
+        QVERIFY(!QFileInfo::exists(sim::FiscalMemoryFolder()));
+    }
+
+    // A file that can't be the memory: said on stderr with its name, exit 2, the file untouched.
+    void memoryFileRefused() {
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("notes.txt"));
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("not a fiscal memory\n");
+        f.close();
+        const Run run = RunProgram({"--memory", file, QStringLiteral(FPU_EXAMPLES_DIR "/receipt.oposcmd")});
+        QCOMPARE(run.status, 2);
+        QVERIFY(run.out.isEmpty());
+        QVERIFY2(run.err.startsWith(QStringLiteral("fpubench-run: ")) && run.err.contains(file),
+                 qPrintable(run.err));
+        QFile again(file);
+        QVERIFY(again.open(QIODevice::ReadOnly));
+        QCOMPARE(again.readAll(), QByteArray("not a fiscal memory\n"));
     }
 };
 

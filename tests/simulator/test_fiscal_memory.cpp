@@ -1,47 +1,19 @@
 #include "FiscalMemory.h"
-#include "FiscalReceipt.h"
+#include "FiscalMemoryFile.h"
+#include "FiscalMemoryScript.h"
 #include "ModelSwitches.h"
 #include "Reports.h"
-
-#include "OposAll.h"
+#include "SqliteFiscalMemory.h"
 
 #include <QtTest>
 
 using namespace sim;
 using namespace OposAll;
+using fm::Doc;
+using fm::kMorning;
+using fm::Sale;
 
 namespace {
-const QDateTime kMorning(QDate(2025, 3, 10), QTime(9, 0));
-
-// A receipt of one item per amount (hundredths) at `vat`, paid in cash, ended at `when`.
-ReceiptRecord Sale(const IFiscalMemory& m, QList<int> cents, int vat, const QDateTime& when,
-                   ReceiptRecord::Outcome outcome = ReceiptRecord::Outcome::Sale) {
-    FiscalReceipt r(outcome == ReceiptRecord::Outcome::CreditNote ? FPTR_RT_REFUND : FPTR_RT_SALES);
-    for (int c : cents)
-        r.AddItem(vat, Amount{c} * 100);
-    r.Pay(r.Total(), FPTR_PDL_CASH);
-    ReceiptRecord rec;
-    rec.outcome = outcome;
-    rec.begunAt = when;
-    rec.voidedTotal = r.Total();
-    const Totals t = r.FinalTotals(m.VatRates());
-    if (outcome == ReceiptRecord::Outcome::Sale) {
-        rec.totals = t;
-        rec.tenders = r.AllTenders();
-    } else if (outcome == ReceiptRecord::Outcome::CreditNote) {
-        rec.totals.At(TotalKind::Refund, vat) = t.Get(TotalKind::Net, vat);
-    }
-    rec.document.kind = JournalDocument::Kind::Fiscal;
-    rec.document.when = when;
-    return rec;
-}
-
-JournalDocument Doc(JournalDocument::Kind kind, const QDateTime& when) {
-    JournalDocument d;
-    d.kind = kind;
-    d.when = when;
-    return d;
-}
 
 QString Observe(const IFiscalMemory& m) {
     const Counters& c = m.DayCounters();
@@ -59,18 +31,38 @@ QString Observe(const IFiscalMemory& m) {
         .arg(m.DayTotals().Sum(TotalKind::Refund) / 100)
         .arg(m.DayVoided() / 100)
         .arg(m.DayTenders()[FPTR_PDL_CASH] / 100)
-        .arg(m.Journal().size())
+        .arg(m.JournalCount())
         .arg(m.DayOpened());
+}
+
+// The first line of each document: the tests put a tag there.
+QStringList Tags(const QList<JournalDocument>& documents) {
+    QStringList tags;
+    for (const auto& d : documents)
+        tags << d.lines.value(0);
+    return tags;
 }
 
 using Commits = std::function<void(IFiscalMemory&)>;
 } // namespace
 
 Q_DECLARE_METATYPE(Commits)
+Q_DECLARE_METATYPE(JournalFilter)
 
-// The fiscal memory behind its interface: what each commit leaves, and the day rules read off it.
-class TestFiscalMemory : public QObject {
+// The fiscal memory behind its interface, run over each store: what each commit leaves, the journal
+// as reports ask for it, and the day rules read off it.
+class FiscalMemorySuite : public QObject {
     Q_OBJECT
+
+protected:
+    virtual std::unique_ptr<IFiscalMemory> Make(const ModelSwitches& model) = 0;
+    // What the bench's next start sees of `m`.
+    virtual void Restart(std::unique_ptr<IFiscalMemory>& m, const ModelSwitches& model) {
+        Q_UNUSED(m);
+        Q_UNUSED(model);
+    }
+    std::unique_ptr<IFiscalMemory> Make() { return Make(Models().first()); }
+    void Restart(std::unique_ptr<IFiscalMemory>& m) { Restart(m, Models().first()); }
 
 private slots:
     void commits_data() {
@@ -134,24 +126,31 @@ private slots:
     void commits() {
         QFETCH(Commits, commits);
         QFETCH(QString, expected);
-        const auto memory = MakeInMemoryFiscalMemory(Models().first());
+        auto memory = Make();
         commits(*memory);
+        Restart(memory);
         QCOMPARE(Observe(*memory), expected);
     }
 
     void zRecordKeepsTheDay() {
-        const auto m = MakeInMemoryFiscalMemory(Models().first());
+        auto m = Make();
         m->CommitReceipt(Sale(*m, {1000}, 1, kMorning));
         m->CommitReceipt(Sale(*m, {500}, 2, kMorning.addSecs(60)));
+        Restart(m);
         QCOMPARE(CurrentDayNumber(*m), 1);
         QCOMPARE(NextReceiptNumber(*m), 3);
         QVERIFY(m->CommitZReport(kMorning.addSecs(7200), Doc(JournalDocument::Kind::ZReport, {})));
+        Restart(m);
         const ZRecord& z = m->ZRecords().last();
         QCOMPARE(z.number, 1);
+        QCOMPARE(z.when, kMorning.addSecs(7200));
         QCOMPARE(z.day.Sum(TotalKind::Net), Amount{1500} * 100);
+        QCOMPARE(z.day.Get(TotalKind::Net, 2), Amount{500} * 100);
+        QCOMPARE(z.tenders[FPTR_PDL_CASH], Amount{1500} * 100);
         QCOMPARE(z.counters.fiscalReceipts, 2);
+        QCOMPARE(z.counters.zReports, 1);
         QCOMPARE(z.grandNet, Amount{1500} * 100);
-        QCOMPARE(m->Journal().last().zNumber, 1);
+        QCOMPARE(m->JournalDocuments({}).last().zNumber, 1);
         QCOMPARE(CurrentDayNumber(*m), 2);
         QCOMPARE(NextReceiptNumber(*m), 1);
         QCOMPARE(m->LastFiscalDocument(), kMorning.addSecs(7200));
@@ -170,9 +169,10 @@ private slots:
     void dayEnd() {
         QFETCH(qint64, after);
         QFETCH(bool, required);
-        const auto m = MakeInMemoryFiscalMemory(Models().first());
+        auto m = Make();
         if (after >= 0)
             m->CommitReceipt(Sale(*m, {100}, 1, kMorning));
+        Restart(m);
         QCOMPARE(DayEndRequired(*m, kMorning.addSecs(qMax<qint64>(after, 0))), required);
     }
 
@@ -188,17 +188,19 @@ private slots:
     void clockBehindLastDocument() {
         QFETCH(qint64, offset);
         QFETCH(bool, before);
-        const auto m = MakeInMemoryFiscalMemory(Models().first());
+        auto m = Make();
         QVERIFY(!BeforeLastFiscalDocument(*m, kMorning.addYears(-10))); // nothing printed yet
         m->CommitReceipt(Sale(*m, {100}, 1, kMorning.addSecs(30)));
+        Restart(m);
         QCOMPARE(BeforeLastFiscalDocument(*m, kMorning.addSecs(30 + offset)), before);
     }
 
     // X and Z reports print the VAT of each rate.
     void vatPerRate() {
-        const auto m = MakeInMemoryFiscalMemory(Models().first());
+        auto m = Make();
         m->CommitReceipt(Sale(*m, {12200}, 1, kMorning)); // 122.00 at 22 %: 22.00 of VAT
         m->CommitReceipt(Sale(*m, {1100}, 2, kMorning));  // 11.00 at 10 %: 1.00
+        Restart(m);
         const QStringList lines = DayReportLines(*m, Models().first());
         const auto has = [&](const QString& label, const QString& money) {
             const QString line = label + QString(46 - label.size() - money.size(), u' ') + money;
@@ -224,12 +226,158 @@ private slots:
         QFETCH(Amount, vat);
         ModelSwitches model = Models().first();
         model.vatOnDayTotals = onDayTotals;
-        const auto m = MakeInMemoryFiscalMemory(model);
+        auto m = Make(model);
         for (int i = 0; i < 3; ++i)
             m->CommitReceipt(Sale(*m, {3}, 1, kMorning));
+        Restart(m, model);
         QCOMPARE(DayVat(*m, model).Get(TotalKind::Vat, 1), vat);
+    }
+
+    // Two days of documents, each tagged in its first line; DirectIO 1500 asks by kind, dates,
+    // numbers and day.
+    void journalFilter_data() {
+        QTest::addColumn<JournalFilter>("filter");
+        QTest::addColumn<QStringList>("tags");
+        using K = JournalDocument::Kind;
+        const auto f = [](int kind, std::optional<std::pair<int, int>> dates,
+                          std::optional<std::pair<int, int>> numbers, std::optional<int> day) {
+            return JournalFilter{kind, dates, numbers, day};
+        };
+        const QStringList all{"S1", "N1", "C2", "Z1", "S1b", "V2b"};
+        QTest::newRow("everything") << f(0, {}, {}, {}) << all;
+        QTest::newRow("fiscal receipts") << f(int(K::Fiscal), {}, {}, {}) << QStringList{"S1", "S1b", "V2b"};
+        QTest::newRow("Z reports") << f(int(K::ZReport), {}, {}, {}) << QStringList{"Z1"};
+        QTest::newRow("credit notes") << f(int(K::CreditNote), {}, {}, {}) << QStringList{"C2"};
+        QTest::newRow("the second date")
+            << f(0, std::pair{20250311, 20250311}, {}, {}) << QStringList{"S1b", "V2b"};
+        QTest::newRow("up to the first date")
+            << f(0, std::pair{20250301, 20250310}, {}, {}) << QStringList{"S1", "N1", "C2", "Z1"};
+        QTest::newRow("dates the wrong way round")
+            << f(0, std::pair{20250311, 20250310}, {}, {}) << QStringList{};
+        QTest::newRow("number 2 of each day") << f(0, {}, std::pair{2, 2}, {}) << QStringList{"C2", "V2b"};
+        QTest::newRow("fiscal number 1")
+            << f(int(K::Fiscal), {}, std::pair{1, 1}, {}) << QStringList{"S1", "S1b"};
+        QTest::newRow("day 1, closed by its Z") << f(0, {}, {}, 1) << QStringList{"S1", "N1", "C2", "Z1"};
+        QTest::newRow("day 2, in progress") << f(0, {}, {}, 2) << QStringList{"S1b", "V2b"};
+        QTest::newRow("a day to come") << f(0, {}, {}, 3) << QStringList{};
+    }
+    void journalFilter() {
+        QFETCH(JournalFilter, filter);
+        QFETCH(QStringList, tags);
+        using K = JournalDocument::Kind;
+        using O = ReceiptRecord::Outcome;
+        const QDateTime next = kMorning.addDays(1);
+        auto m = Make();
+        m->CommitReceipt(Sale(*m, {100}, 1, kMorning, O::Sale, 1, {"S1"}));
+        m->CommitNonFiscal(Doc(K::NonFiscal, kMorning.addSecs(600), 1, {"N1"}));
+        m->CommitReceipt(Sale(*m, {100}, 1, kMorning.addSecs(1200), O::CreditNote, 2, {"C2"}));
+        QVERIFY(m->CommitZReport(kMorning.addSecs(3600 * 11),
+                                 Doc(K::ZReport, kMorning.addSecs(3600 * 11), 1, {"Z1"})));
+        m->CommitReceipt(Sale(*m, {100}, 1, next, O::Sale, 1, {"S1b"}));
+        m->CommitReceipt(Sale(*m, {100}, 1, next.addSecs(3600), O::Voided, 2, {"V2b"}));
+        Restart(m);
+        QCOMPARE(m->JournalCount(), 6);
+        QCOMPARE(Tags(m->JournalDocuments(filter)), tags);
+    }
+
+    // The journal keeps a document's text as it was printed, odd characters included.
+    void journalKeepsTheText() {
+        const QStringList lines{"",
+                                QString::fromUtf8("Caff\u00e8 \u20ac 1,20"),
+                                "a\"b\\c'd",
+                                "\x1b|2CDOPPIA",
+                                "  spaced  ",
+                                "[ESC]|1C",
+                                QString(46, u'x')};
+        auto m = Make();
+        m->CommitNonFiscal(Doc(JournalDocument::Kind::NonFiscal, kMorning, 1, lines));
+        Restart(m);
+        const auto docs = m->JournalDocuments({});
+        QCOMPARE(docs.size(), 1);
+        QCOMPARE(docs[0].lines, lines);
+        QCOMPARE(docs[0].when, kMorning);
+        QCOMPARE(docs[0].number, 1);
+        QCOMPARE(docs[0].kind, JournalDocument::Kind::NonFiscal);
+    }
+
+    // The settings and the document left open are kept like the numbers.
+    void settingsAndTheOpenDocument() {
+        auto m = Make();
+        const OpenDocument open{JournalDocument::Kind::CreditNote, 4, kMorning, QStringLiteral("NC-9")};
+        m->CommitVatTable({2100, 1000});
+        m->CommitHeaderLine(0, {QStringLiteral("NEGOZIO"), true});
+        m->CommitTrailerLine(2, {QStringLiteral("GRAZIE"), false});
+        m->CommitDepartmentLinks({{3, 2}, {250, 1}});
+        m->SetRemaining(17);
+        m->CommitRestart();
+        m->CommitDocumentBegun(open);
+        Restart(m);
+        QCOMPARE(m->VatRates(), (QList<int32_t>{2100, 1000}));
+        QCOMPARE(m->VatChanges(), 1);
+        QCOMPARE(m->HeaderLines().size(), 6);
+        QCOMPARE(m->HeaderLines()[0], (HeaderLine{QStringLiteral("NEGOZIO"), true}));
+        QCOMPARE(m->HeaderLines()[1], HeaderLine{});
+        QCOMPARE(m->HeaderChanges(), 1);
+        QCOMPARE(m->TrailerLines().size(), 3);
+        QCOMPARE(m->TrailerLines()[2], (HeaderLine{QStringLiteral("GRAZIE"), false}));
+        QCOMPARE(m->DepartmentLinks(), (QMap<int, int>{{3, 2}, {250, 1}}));
+        QCOMPARE(m->Remaining(), 17);
+        QCOMPARE(m->GrandCounters().restarts, 1);
+        QVERIFY(m->UnfinishedDocument() == open);
+        // The document's own commit ends it.
+        m->CommitReceipt(Sale(*m, {100}, 1, kMorning, ReceiptRecord::Outcome::Voided, 4));
+        Restart(m);
+        QVERIFY(!m->UnfinishedDocument());
     }
 };
 
-QTEST_GUILESS_MAIN(TestFiscalMemory)
+// The store that lives in the process.
+class InProcess : public FiscalMemorySuite {
+    Q_OBJECT
+    std::unique_ptr<IFiscalMemory> Make(const ModelSwitches& model) override {
+        return MakeInMemoryFiscalMemory(model);
+    }
+};
+
+// The SQLite file, read through the copy it keeps in the process.
+class InFile : public FiscalMemorySuite {
+    Q_OBJECT
+protected:
+    QTemporaryDir m_dir;
+    int m_files = 0;
+    std::unique_ptr<IFiscalMemory> Make(const ModelSwitches& model) override {
+        const QString path = m_dir.filePath(QStringLiteral("memory%1.sqlite").arg(++m_files));
+        FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, model);
+        if (opening.outcome != FiscalMemoryOpening::Outcome::Created) {
+            QTest::qFail(qPrintable(opening.message), __FILE__, __LINE__);
+            return MakeInMemoryFiscalMemory(model);
+        }
+        return std::move(opening.memory);
+    }
+};
+
+// The SQLite file as the next start reads it back: closed and opened again before every look.
+class InFileReopened : public InFile {
+    Q_OBJECT
+    void Restart(std::unique_ptr<IFiscalMemory>& m, const ModelSwitches& model) override {
+        const QString path = static_cast<SqliteFiscalMemory&>(*m).FilePath();
+        m.reset();
+        FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, model);
+        QVERIFY2(opening.outcome == FiscalMemoryOpening::Outcome::Opened, qPrintable(opening.message));
+        m = std::move(opening.memory);
+        QVERIFY(m);
+    }
+};
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    InProcess inProcess;
+    InFile inFile;
+    InFileReopened reopened;
+    int failed = 0;
+    for (QObject* suite : std::initializer_list<QObject*>{&inProcess, &inFile, &reopened})
+        failed += QTest::qExec(suite, argc, argv);
+    return failed;
+}
+
 #include "test_fiscal_memory.moc"

@@ -137,6 +137,14 @@ const std::vector<RunOptionRow>& RunOptionTable() {
              o.paperFile = value;
              return value.isEmpty() ? QStringLiteral("--paper needs a file name") : QString();
          }},
+        {QCommandLineOption(QStringLiteral("memory"),
+                            QStringLiteral("Keep the fiscal memory in FILE across runs (created when "
+                                           "missing); without it each run starts on a fresh one."),
+                            QStringLiteral("FILE")),
+         [](const QString& value, RunOptions& o) {
+             o.memoryFile = value;
+             return value.isEmpty() ? QStringLiteral("--memory needs a file name") : QString();
+         }},
         {QCommandLineOption(QStringLiteral("error-response"),
                             QStringLiteral("Answer the device's error events with retry or clear (default)."),
                             QStringLiteral("retry|clear")),
@@ -287,7 +295,8 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     return failed ? ExitLineFailed : ExitSuccess;
 }
 
-int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream& out, QTextStream& err) {
+int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream& out, QTextStream& err,
+               const MemoryFileHook& useMemoryFile) {
     RunOptions options;
     QString error;
     if (!ParseRunArguments(arguments, options, error)) {
@@ -299,6 +308,16 @@ int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream
         out << (options.help ? RunUsage() : CommandLine::VersionText(ProgramName) + QLatin1Char('\n'));
         out.flush();
         return ExitSuccess;
+    }
+    if (!options.memoryFile.isEmpty()) {
+        QString message = QStringLiteral("--memory needs the simulated printer");
+        const bool used = useMemoryFile && useMemoryFile(options.memoryFile, options.device, message);
+        if (!message.isEmpty()) {
+            err << ProgramName << ": " << message << '\n';
+            err.flush();
+        }
+        if (!used)
+            return ExitUsage;
     }
     return RunMacroFile(options, device, out, err);
 }

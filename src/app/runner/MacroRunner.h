@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <functional>
 
 class IFiscalPrinter;
 class QTextStream;
@@ -20,9 +21,14 @@ struct RunOptions {
     QString paperFile;          // both rolls as a listing, written after the run
     int32_t errorResponse = 12; // 11 retry, 12 clear
     QString macroFile;
+    QString memoryFile; // the fiscal memory to use and update; empty: a fresh one for this run
     bool help = false;
     bool version = false;
 };
+
+// Gives the device the fiscal memory in `file` for the model `deviceName`; false, with `message`
+// naming the file and what to do, when it can't be used. A message on success is news to print.
+using MemoryFileHook = std::function<bool(const QString& file, const QString& deviceName, QString& message)>;
 
 inline constexpr int ExitSuccess = 0;
 inline constexpr int ExitLineFailed = 1;
@@ -39,5 +45,6 @@ bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QStrin
 // Loads and plays the macro on `device`; returns the exit status.
 int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream& out, QTextStream& err);
 
-// The whole program, arguments included.
-int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream& out, QTextStream& err);
+// The whole program, arguments included. `useMemoryFile` serves --memory.
+int RunnerMain(const QStringList& arguments, IFiscalPrinter& device, QTextStream& out, QTextStream& err,
+               const MemoryFileHook& useMemoryFile = {});

@@ -1,3 +1,4 @@
+#include "FiscalMemoryFile.h"
 #include "MacroRunner.h"
 #include "SimulatedFiscalPrinter.h"
 
@@ -11,5 +12,8 @@ int main(int argc, char** argv) {
     SimulatedFiscalPrinter device;
     QTextStream out(stdout);
     QTextStream err(stderr);
-    return RunnerMain(app.arguments(), device, out, err);
+    return RunnerMain(app.arguments(), device, out, err,
+                      [&device](const QString& file, const QString& deviceName, QString& message) {
+                          return sim::UseFiscalMemoryFile(device, file, deviceName, message);
+                      });
 }

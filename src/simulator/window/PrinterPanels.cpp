@@ -282,7 +282,7 @@ void FiscalMemoryPanel::Show(const SimulatedFiscalPrinter& printer) {
     lblZCount->setText(QString::number(m.GrandCounters().zReports));
     lblReceiptNumber->setText(
         QStringLiteral("%1 of day %2").arg(sim::NextReceiptNumber(m)).arg(sim::CurrentDayNumber(m)));
-    lblDocuments->setText(QString::number(m.Journal().size()));
+    lblDocuments->setText(QString::number(m.JournalCount()));
     lblDayTotal->setText(sim::MoneyText(m.DayTotals().Sum(sim::TotalKind::Net)));
     lblGrandTotal->setText(sim::MoneyText(m.GrandTotals().Sum(sim::TotalKind::Net)));
     QStringList vat;

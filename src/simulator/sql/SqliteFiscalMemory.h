@@ -1,0 +1,82 @@
+#pragma once
+
+#include "FiscalMemory.h"
+#include "FiscalState.h"
+
+#include <memory>
+
+class QLockFile;
+class SqlConnection;
+
+namespace sim {
+
+// The fiscal memory in an SQLite file. Reads come from a copy in the process, the journal from
+// the file; every commit is one transaction, so that a kill at any moment leaves the file as it
+// was after the last whole document. When a write fails the memory says so once, goes on in the
+// process only, and leaves the file as it was.
+class SqliteFiscalMemory final : public IFiscalMemory {
+public:
+    // `db` open on a checked file at the current schema, `lock` held; `state` and `z` as loaded.
+    SqliteFiscalMemory(std::unique_ptr<SqlConnection> db, std::unique_ptr<QLockFile> lock, FiscalState state,
+                       QList<ZRecord> z, int journalCount);
+    ~SqliteFiscalMemory() override;
+
+    QString FilePath() const;
+    // A write failed: from then on nothing reaches the file.
+    bool Detached() const { return m_detached; }
+    // For tests: the next commit writes its rows and then loses its connection before COMMIT, as
+    // when the process is killed there.
+    void DropConnectionAtNextCommit() { m_dropAtNextCommit = true; }
+
+    const Totals& DayTotals() const override { return m_s.day; }
+    const Totals& GrandTotals() const override { return m_s.grand; }
+    const Counters& DayCounters() const override { return m_s.dayCounters; }
+    const Counters& GrandCounters() const override { return m_s.grandCounters; }
+    const Tenders& DayTenders() const override { return m_s.tenders; }
+    Amount DayVoided() const override { return m_s.dayVoided; }
+    bool DayOpened() const override { return m_s.dayOpened; }
+    QDateTime DayOpenedAt() const override { return m_s.dayOpenedAt; }
+    QDateTime LastFiscalDocument() const override { return m_s.lastFiscal; }
+    const QList<ZRecord>& ZRecords() const override { return m_z; }
+    int Remaining() const override { return m_s.remaining; }
+    int JournalCount() const override { return m_journalCount; }
+    QList<JournalDocument> JournalDocuments(const JournalFilter& filter) const override;
+    const QList<int32_t>& VatRates() const override { return m_s.vatRates; }
+    const QList<HeaderLine>& HeaderLines() const override { return m_s.header; }
+    const QList<HeaderLine>& TrailerLines() const override { return m_s.trailer; }
+    const QMap<int, int>& DepartmentLinks() const override { return m_s.departments; }
+    int HeaderChanges() const override { return m_s.headerChanges; }
+    int VatChanges() const override { return m_s.vatChanges; }
+    std::optional<OpenDocument> UnfinishedDocument() const override { return m_s.unfinished; }
+
+    void CommitDocumentBegun(const OpenDocument& document) override;
+    void CommitReceipt(const ReceiptRecord& receipt) override;
+    bool CommitZReport(const QDateTime& when, const JournalDocument& document) override;
+    void CommitNonFiscal(const JournalDocument& document) override;
+    void CommitRestart() override;
+    void CommitDayReset() override;
+    void CommitVatTable(const QList<int32_t>& rates) override;
+    void CommitHeaderLine(int index, const HeaderLine& line) override;
+    void CommitTrailerLine(int index, const HeaderLine& line) override;
+    void CommitDepartmentLinks(const QMap<int, int>& links) override;
+    void SetRemaining(int records) override;
+
+private:
+    // Writes `next` (and `more`, the commit's own rows) in one transaction, then takes it as the
+    // state. False when it didn't reach the file.
+    template <typename More> bool Commit(const FiscalState& next, More more);
+    bool Commit(const FiscalState& next);
+    void Journal(const JournalDocument& document, bool written);
+    void Detach(const QString& error);
+
+    std::unique_ptr<SqlConnection> m_db;
+    std::unique_ptr<QLockFile> m_lock;
+    FiscalState m_s;
+    QList<ZRecord> m_z;
+    int m_journalCount = 0;
+    QList<JournalDocument> m_unwritten; // documents that came after a failed write
+    bool m_detached = false;
+    bool m_dropAtNextCommit = false;
+};
+
+} // namespace sim

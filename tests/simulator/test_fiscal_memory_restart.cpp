@@ -1,0 +1,232 @@
+#include "FiscalMemoryFiles.h"
+#include "SimTestSupport.h"
+#include "SqliteFiscalMemory.h"
+#include "Zorvane6DirectIO.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace sim;
+using namespace OposAll;
+using namespace t;
+using namespace fm;
+using Outcome = FiscalMemoryOpening::Outcome;
+
+Q_DECLARE_METATYPE(Commits)
+
+// The fiscal memory file across restarts and kills: what the next start finds, and what the
+// printer makes of it.
+class TestFiscalMemoryRestart : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_dir;
+    int m_files = 0;
+    QString NewPath() { return m_dir.filePath(QStringLiteral("m%1.sqlite").arg(++m_files)); }
+
+private slots:
+    void initTestCase() {
+        QVERIFY(m_dir.isValid());
+        // The bench's own folder lands in the test's folder, whoever runs it.
+        qputenv("XDG_DATA_HOME", m_dir.filePath(QStringLiteral("data")).toLocal8Bit());
+    }
+
+    void readsBackWhatItKept() {
+        const QString path = NewPath();
+        QString before;
+        {
+            FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, Zorvane());
+            QCOMPARE(opening.outcome, Outcome::Created);
+            IFiscalMemory& m = *opening.memory;
+            ADayAndABit(m);
+            m.CommitVatTable({2200, 1000, 500});
+            m.CommitHeaderLine(5, {QStringLiteral("ULTIMA"), true});
+            m.CommitDepartmentLinks({{7, 3}});
+            m.CommitRestart();
+            m.CommitDocumentBegun({JournalDocument::Kind::Fiscal, 2, kMorning.addDays(1), {}});
+            before = Snapshot(m);
+        }
+        QVERIFY(before.contains(QStringLiteral("Z 1 ")));
+        FiscalMemoryOpening again = OpenFiscalMemoryFile(path, Zorvane());
+        QCOMPARE(again.outcome, Outcome::Opened);
+        QVERIFY(again.message.isEmpty());
+        QCOMPARE(Snapshot(*again.memory), before);
+    }
+
+    // The process dies inside a commit: its transaction never reaches the file.
+    void killDuringACommit_data() {
+        QTest::addColumn<Commits>("killed");
+        using K = JournalDocument::Kind;
+        QTest::newRow("a receipt") << Commits(
+            [](IFiscalMemory& m) { m.CommitReceipt(Sale(m, {700}, 1, kMorning.addDays(1))); });
+        QTest::newRow("a credit note") << Commits([](IFiscalMemory& m) {
+            m.CommitReceipt(Sale(m, {700}, 1, kMorning.addDays(1), ReceiptRecord::Outcome::CreditNote));
+        });
+        QTest::newRow("a Z report") << Commits([](IFiscalMemory& m) {
+            QVERIFY(m.CommitZReport(kMorning.addDays(1), Doc(K::ZReport, kMorning.addDays(1))));
+        });
+        QTest::newRow("a non-fiscal document")
+            << Commits([](IFiscalMemory& m) { m.CommitNonFiscal(Doc(K::NonFiscal, kMorning.addDays(1))); });
+        QTest::newRow("a restart") << Commits([](IFiscalMemory& m) { m.CommitRestart(); });
+        QTest::newRow("the VAT table") << Commits([](IFiscalMemory& m) { m.CommitVatTable({100}); });
+        QTest::newRow("a header line") << Commits([](IFiscalMemory& m) {
+            m.CommitHeaderLine(0, {QStringLiteral("X"), false});
+        });
+        QTest::newRow("a document begun") << Commits([](IFiscalMemory& m) {
+            m.CommitDocumentBegun({K::Fiscal, 2, kMorning.addDays(1), {}});
+        });
+    }
+    void killDuringACommit() {
+        QFETCH(Commits, killed);
+        const QString path = NewPath();
+        QString before;
+        Messages messages;
+        {
+            FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, Zorvane());
+            auto& m = static_cast<SqliteFiscalMemory&>(*opening.memory);
+            ADayAndABit(m);
+            before = Snapshot(m);
+            m.DropConnectionAtNextCommit();
+            killed(m);
+            QVERIFY(m.Detached());
+        }
+        QCOMPARE(messages.texts.size(), 1);
+        QVERIFY2(messages.texts[0].contains(path), qPrintable(messages.texts[0]));
+        FiscalMemoryOpening again = OpenFiscalMemoryFile(path, Zorvane());
+        QCOMPARE(again.outcome, Outcome::Opened);
+        QCOMPARE(Snapshot(*again.memory), before);
+    }
+
+    // Killed between receipts and in the middle of one: the ended receipts are there, the open one
+    // is not; at the next Open the printer ends it as after a power cut.
+    void killInTheMiddleOfAReceipt() {
+        const QString path = NewPath();
+        {
+            SimulatedFiscalPrinter p;
+            p.SetFiscalMemoryFactory(FileFactory(path));
+            Ready(p);
+            Sale(p, M(100));
+            Sale(p, M(250));
+            QCOMPARE(Begin(p), 0);
+            QCOMPARE(Item(p, QStringLiteral("Lost"), M(999)), 0);
+        }
+        {
+            FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, Zorvane());
+            const IFiscalMemory& m = *opening.memory;
+            QCOMPARE(m.DayCounters(), (Counters{.fiscalReceipts = 2}));
+            QCOMPARE(m.GrandTotals().Sum(TotalKind::Net), M(350));
+            QCOMPARE(m.JournalCount(), 2);
+            QVERIFY(m.UnfinishedDocument());
+            QCOMPARE(m.UnfinishedDocument()->number, 3);
+            QCOMPARE(m.UnfinishedDocument()->kind, JournalDocument::Kind::Fiscal);
+        }
+        SimulatedFiscalPrinter p;
+        p.SetFiscalMemoryFactory(FileFactory(path));
+        Ready(p);
+        QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
+        QCOMPARE(Data(p, FPTR_GD_RESTART), QStringLiteral("1"));
+        const IFiscalMemory& m = p.Memory();
+        QCOMPARE(m.DayCounters(), (Counters{.fiscalReceipts = 2, .voidedReceipts = 1, .restarts = 1}));
+        QCOMPARE(m.DayVoided(), 0);
+        QCOMPARE(m.GrandTotals().Sum(TotalKind::Net), M(350));
+        QVERIFY(!m.UnfinishedDocument());
+        const JournalDocument last = m.JournalDocuments({}).last();
+        QCOMPARE(last.number, 3);
+        QVERIFY(last.lines.contains(QStringLiteral("INTERRUZIONE ALIMENTAZIONE")));
+        QVERIFY(last.lines.contains(QStringLiteral("ANNULLATO")));
+        QVERIFY(last.lines.contains(QStringLiteral("SCONTRINO N. 0003")));
+        Sale(p, M(100));
+        QCOMPARE(Data(p, FPTR_GD_RECEIPT_NUMBER), QStringLiteral("4"));
+    }
+
+    // A real kill, at whatever point the writer has reached: the file holds whole receipts only, at
+    // least every one the writer had reported ended, and at most a begun one besides.
+    void killedProcess() {
+        for (const int wanted : {1, 4, 9, 17, 30}) {
+            const QString path = NewPath();
+            QProcess writer;
+            writer.start(QStringLiteral(FPU_FISCAL_MEMORY_WRITER), {path});
+            QVERIFY(writer.waitForStarted());
+            int ended = 0;
+            while (ended < wanted && writer.waitForReadyRead(10000))
+                while (writer.canReadLine())
+                    ended = qMax(ended, writer.readLine().trimmed().toInt());
+            QVERIFY2(ended >= wanted, writer.readAllStandardError().constData());
+            writer.kill();
+            QVERIFY(writer.waitForFinished());
+
+            FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, Zorvane());
+            QCOMPARE(opening.outcome, Outcome::Opened);
+            const IFiscalMemory& m = *opening.memory;
+            const int kept = m.DayCounters().fiscalReceipts;
+            QVERIFY2(kept >= ended, qPrintable(QStringLiteral("%1 reported, %2 kept").arg(ended).arg(kept)));
+            QCOMPARE(m.DayCounters().voidedReceipts, 0);
+            QCOMPARE(m.GrandTotals().Sum(TotalKind::Net), M(100) * kept);
+            QCOMPARE(m.DayTenders()[FPTR_PDL_CASH], M(100) * kept);
+            QCOMPARE(m.JournalCount(), kept);
+            const auto numbers = m.JournalDocuments({});
+            QCOMPARE(numbers.last().number, kept);
+            if (const auto open = m.UnfinishedDocument())
+                QCOMPARE(open->number, kept + 1);
+        }
+    }
+
+    // The bench closes after a few receipts and a Z report and starts again: the numbers go on,
+    // and the journal report lists the earlier receipts.
+    void continuesAfterARestart() {
+        const QString path = NewPath();
+        {
+            SimulatedFiscalPrinter p;
+            p.SetFiscalMemoryFactory(FileFactory(path));
+            Ready(p);
+            Sale(p, M(100));
+            Sale(p, M(200));
+            QCOMPARE(p.PrintZReport(), 0);
+            Sale(p, M(300));
+            QCOMPARE(p.Close(), 0);
+        }
+        SimulatedFiscalPrinter p;
+        p.SetFiscalMemoryFactory(FileFactory(path));
+        Ready(p);
+        QCOMPARE(Data(p, FPTR_GD_Z_REPORT), QStringLiteral("1"));
+        Sale(p, M(400));
+        QCOMPARE(Data(p, FPTR_GD_RECEIPT_NUMBER), QStringLiteral("2"));
+        QCOMPARE(Data(p, FPTR_GD_RESTART), QStringLiteral("0"));
+        int32_t command = Zorvane6DirectIO::DIRECTIO_FPTR_REPORT_EJ;
+        DirectIOData data{};
+        data[0] = 1; // a new file
+        QString name = QStringLiteral("journal.txt");
+        QCOMPARE(p.DirectIO(command, data, name), 0);
+        const QString report = QString::fromUtf8(Bytes(name));
+        QCOMPARE(report.count(QStringLiteral("---- SF ")), 4);
+        QCOMPARE(report.count(QStringLiteral("---- Z 0001")), 1);
+        QCOMPARE(report.count(QStringLiteral("SCONTRINO N. 0001")), 2);
+        QCOMPARE(report.count(QStringLiteral("SCONTRINO N. 0002")), 2);
+    }
+
+    // The window's memories: the second bench says so and works on a fresh memory in the process.
+    void secondWindowWorksInMemory() {
+        QStringList told;
+        const auto tell = [&told](const QString& text) { told << text; };
+        SimulatedFiscalPrinter first, second;
+        first.SetFiscalMemoryFactory(PersistentFiscalMemories(tell));
+        second.SetFiscalMemoryFactory(PersistentFiscalMemories(tell));
+        Ready(first);
+        QVERIFY(told.isEmpty());
+        QVERIFY(dynamic_cast<const SqliteFiscalMemory*>(&first.Memory()));
+        Ready(second);
+        QCOMPARE(told.size(), 1);
+        QVERIFY2(told[0].contains(FiscalMemoryPath(QStringLiteral("ZorvaneFPU"))), qPrintable(told[0]));
+        QVERIFY(told[0].contains(QStringLiteral("not kept")));
+        QVERIFY(!dynamic_cast<const SqliteFiscalMemory*>(&second.Memory()));
+        Sale(second, M(100));
+        QCOMPARE(first.Memory().DayCounters().fiscalReceipts, 0);
+        // The other model has a file of its own.
+        QCOMPARE(second.Close(), 0);
+        Ready(second, QStringLiteral("Tessorim"));
+        QCOMPARE(told.size(), 1);
+        QVERIFY(dynamic_cast<const SqliteFiscalMemory*>(&second.Memory()));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFiscalMemoryRestart)
+#include "test_fiscal_memory_restart.moc"
