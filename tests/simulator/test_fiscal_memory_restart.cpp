@@ -3,6 +3,7 @@
 #include "SqliteFiscalMemory.h"
 #include "Zorvane6DirectIO.h"
 
+#include <QLockFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -14,6 +15,22 @@ using namespace fm;
 using Outcome = FiscalMemoryOpening::Outcome;
 
 Q_DECLARE_METATYPE(Commits)
+using Steps = std::function<void(SimulatedFiscalPrinter&)>;
+Q_DECLARE_METATYPE(Steps)
+
+namespace {
+
+// The files kept aside as old memories beside `path`.
+QStringList OldFiles(const QString& path) {
+    const QFileInfo info(path);
+    QStringList out;
+    for (const QString& name : info.dir().entryList({info.fileName() + QStringLiteral(".old-*")}))
+        if (!name.endsWith(QStringLiteral(".lock")))
+            out << info.dir().filePath(name);
+    return out;
+}
+
+} // namespace
 
 // The fiscal memory file across restarts and kills: what the next start finds, and what the
 // printer makes of it.
@@ -225,6 +242,145 @@ private slots:
         Ready(second, QStringLiteral("Tessorim"));
         QCOMPARE(told.size(), 1);
         QVERIFY(dynamic_cast<const SqliteFiscalMemory*>(&second.Memory()));
+    }
+
+    // A running printer starts a new fiscal memory: the old file aside as it was, the printer on a
+    // new file in its place, held by this process all along.
+    void newMemoryWhileRunning_data() {
+        QTest::addColumn<Steps>("steps");
+        QTest::newRow("after a day") << Steps([](SimulatedFiscalPrinter& p) {
+            Sale(p, M(250));
+            QCOMPARE(p.PrintZReport(), 0);
+            p.SetDuplicateReceipt(true);
+            Sale(p, M(100));
+        });
+        QTest::newRow("header and VAT set") << Steps([](SimulatedFiscalPrinter& p) {
+            int32_t line = 1;
+            QString text = QStringLiteral("NEGOZIO");
+            bool doubleWidth = true;
+            QCOMPARE(p.SetHeaderLine(line, text, doubleWidth), 0);
+            int32_t id = 2;
+            QString value = QStringLiteral("15");
+            QCOMPARE(p.SetVatValue(id, value), 0);
+            QCOMPARE(p.SetVatTable(), 0);
+            id = 3;
+            QCOMPARE(p.SetVatValue(id, value), 0); // not set yet: goes with the old memory
+            Sale(p, M(100));
+        });
+        QTest::newRow("full, locked") << Steps([](SimulatedFiscalPrinter& p) {
+            Sale(p, M(100));
+            p.SetRemainingFiscalMemory(0);
+            QCOMPARE(p.PrinterState(), FPTR_PS_LOCKED);
+        });
+    }
+    void newMemoryWhileRunning() {
+        QFETCH(Steps, steps);
+        const QString path = FiscalMemoryPath(QStringLiteral("ZorvaneFPU"));
+        QDir(FiscalMemoryFolder()).removeRecursively();
+        {
+            SimulatedFiscalPrinter p;
+            p.SetFiscalMemoryFactory(PersistentFiscalMemories({}));
+            Ready(p);
+            steps(p);
+            const QString before = Snapshot(p.Memory());
+            Messages messages(MsgResult::Yes);
+            QVERIFY(StartNewFiscalMemory(p));
+            QCOMPARE(messages.texts.size(), 2);
+            QVERIFY2(messages.texts[0].contains(path) &&
+                         messages.texts[0].contains(QStringLiteral("ZorvaneFPU")),
+                     qPrintable(messages.texts[0]));
+
+            const QStringList old = OldFiles(path);
+            QCOMPARE(old.size(), 1);
+            QVERIFY2(messages.texts[1].contains(old[0]), qPrintable(messages.texts[1]));
+            {
+                FiscalMemoryOpening aside = OpenFiscalMemoryFile(old[0], Zorvane());
+                QCOMPARE(aside.outcome, Outcome::Opened);
+                QCOMPARE(Snapshot(*aside.memory), before);
+            }
+
+            const auto* file = dynamic_cast<const SqliteFiscalMemory*>(&p.Memory());
+            QVERIFY(file);
+            QCOMPARE(file->FilePath(), path);
+            QCOMPARE(p.SetVatTable(), 0);
+            QCOMPARE(Snapshot(p.Memory()), Snapshot(*MakeInMemoryFiscalMemory(Zorvane())));
+            QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
+            QCOMPARE(p.PrintDuplicateReceipt(), OPOS_E_ILLEGAL); // the kept receipt went with the old memory
+            QLockFile lock(path + QStringLiteral(".lock"));
+            qint64 pid = 0;
+            QString host, app;
+            QVERIFY(lock.getLockInfo(&pid, &host, &app));
+            QCOMPARE(pid, QCoreApplication::applicationPid());
+            QCOMPARE(OpenFiscalMemoryFile(path, Zorvane()).outcome, Outcome::Refused);
+
+            Sale(p, M(300));
+        }
+        // The printer went on in the new file.
+        FiscalMemoryOpening again = OpenFiscalMemoryFile(path, Zorvane());
+        QCOMPARE(again.outcome, Outcome::Opened);
+        QCOMPARE(again.memory->GrandCounters(), (Counters{.fiscalReceipts = 1}));
+        QCOMPARE(again.memory->GrandTotals().Sum(TotalKind::Net), M(300));
+        QCOMPARE(again.memory->JournalCount(), 1);
+    }
+
+    // Refused, with nothing moved or changed: asked nothing, told why.
+    void newMemoryRefused_data() {
+        QTest::addColumn<QString>("model");
+        QTest::addColumn<bool>("inFile");
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<QString>("why");
+        const QString zorvane = QStringLiteral("ZorvaneFPU");
+        QTest::newRow("receipt open") << zorvane << true << Steps([](SimulatedFiscalPrinter& p) {
+            QCOMPARE(Begin(p), 0);
+            QCOMPARE(Item(p, QStringLiteral("Pane"), M(150)), 0);
+        }) << "document open";
+        QTest::newRow("voided, waiting for its end")
+            << QStringLiteral("Tessorim") << true << Steps([](SimulatedFiscalPrinter& p) {
+                   QCOMPARE(Begin(p), 0);
+                   QCOMPARE(Item(p, QStringLiteral("Pane"), M(150)), 0);
+                   QCOMPARE(Total(p, M(150), 0), 0);
+                   QCOMPARE(Void(p), 0);
+               })
+            << "document open";
+        QTest::newRow("non-fiscal open")
+            << zorvane << true << Steps([](SimulatedFiscalPrinter& p) { QCOMPARE(p.BeginNonFiscal(), 0); })
+            << "document open";
+        QTest::newRow("output queued") << zorvane << true << Steps([](SimulatedFiscalPrinter& p) {
+            p.SetPrintTimePerLineMs(5000);
+            p.SetAsyncMode(true);
+            QCOMPARE(p.BeginNonFiscal(), 0);
+            QCOMPARE(Normal(p, FPTR_S_RECEIPT, QStringLiteral("slow")), 0);
+            QCOMPARE(p.EndNonFiscal(), 0);
+            QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
+        }) << "output queued";
+        QTest::newRow("memory in the process")
+            << zorvane << false << Steps([](SimulatedFiscalPrinter& p) { Sale(p, M(100)); })
+            << "not in a file";
+    }
+    void newMemoryRefused() {
+        QFETCH(QString, model);
+        QFETCH(bool, inFile);
+        QFETCH(Steps, steps);
+        QFETCH(QString, why);
+        const QString path = FiscalMemoryPath(model);
+        QDir(FiscalMemoryFolder()).removeRecursively();
+        SimulatedFiscalPrinter p;
+        if (inFile)
+            p.SetFiscalMemoryFactory(PersistentFiscalMemories({}));
+        Ready(p, model);
+        steps(p);
+        const sim::IFiscalMemory* memory = &p.Memory();
+        const QString before = Snapshot(*memory);
+        const int32_t state = p.PrinterState();
+        Messages messages(MsgResult::Yes);
+        QVERIFY(!StartNewFiscalMemory(p));
+        QCOMPARE(messages.texts.size(), 1);
+        QVERIFY2(messages.texts[0].contains(why), qPrintable(messages.texts[0]));
+        QCOMPARE(&p.Memory(), memory);
+        QCOMPARE(Snapshot(p.Memory()), before);
+        QCOMPARE(p.PrinterState(), state);
+        QCOMPARE(QFileInfo::exists(path), inFile);
+        QVERIFY(OldFiles(path).isEmpty());
     }
 };
 
