@@ -18,19 +18,14 @@ Q_DECLARE_METATYPE(Commits)
 using Steps = std::function<void(SimulatedFiscalPrinter&)>;
 Q_DECLARE_METATYPE(Steps)
 
-namespace {
-
 // The files kept aside as old memories beside `path`.
-QStringList OldFiles(const QString& path) {
+static QStringList OldFiles(const QString& path) {
     const QFileInfo info(path);
-    QStringList out;
-    for (const QString& name : info.dir().entryList({info.fileName() + QStringLiteral(".old-*")}))
-        if (!name.endsWith(QStringLiteral(".lock")))
-            out << info.dir().filePath(name);
-    return out;
+    QStringList names = info.dir().entryList({info.fileName() + QStringLiteral(".old-*")});
+    for (QString& name : names)
+        name = info.dir().filePath(name);
+    return names;
 }
-
-} // namespace
 
 // The fiscal memory file across restarts and kills: what the next start finds, and what the
 // printer makes of it.
@@ -321,66 +316,6 @@ private slots:
         QCOMPARE(again.memory->GrandCounters(), (Counters{.fiscalReceipts = 1}));
         QCOMPARE(again.memory->GrandTotals().Sum(TotalKind::Net), M(300));
         QCOMPARE(again.memory->JournalCount(), 1);
-    }
-
-    // Refused, with nothing moved or changed: asked nothing, told why.
-    void newMemoryRefused_data() {
-        QTest::addColumn<QString>("model");
-        QTest::addColumn<bool>("inFile");
-        QTest::addColumn<Steps>("steps");
-        QTest::addColumn<QString>("why");
-        const QString zorvane = QStringLiteral("ZorvaneFPU");
-        QTest::newRow("receipt open") << zorvane << true << Steps([](SimulatedFiscalPrinter& p) {
-            QCOMPARE(Begin(p), 0);
-            QCOMPARE(Item(p, QStringLiteral("Pane"), M(150)), 0);
-        }) << "document open";
-        QTest::newRow("voided, waiting for its end")
-            << QStringLiteral("Tessorim") << true << Steps([](SimulatedFiscalPrinter& p) {
-                   QCOMPARE(Begin(p), 0);
-                   QCOMPARE(Item(p, QStringLiteral("Pane"), M(150)), 0);
-                   QCOMPARE(Total(p, M(150), 0), 0);
-                   QCOMPARE(Void(p), 0);
-               })
-            << "document open";
-        QTest::newRow("non-fiscal open")
-            << zorvane << true << Steps([](SimulatedFiscalPrinter& p) { QCOMPARE(p.BeginNonFiscal(), 0); })
-            << "document open";
-        QTest::newRow("output queued") << zorvane << true << Steps([](SimulatedFiscalPrinter& p) {
-            p.SetPrintTimePerLineMs(5000);
-            p.SetAsyncMode(true);
-            QCOMPARE(p.BeginNonFiscal(), 0);
-            QCOMPARE(Normal(p, FPTR_S_RECEIPT, QStringLiteral("slow")), 0);
-            QCOMPARE(p.EndNonFiscal(), 0);
-            QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
-        }) << "output queued";
-        QTest::newRow("memory in the process")
-            << zorvane << false << Steps([](SimulatedFiscalPrinter& p) { Sale(p, M(100)); })
-            << "not in a file";
-    }
-    void newMemoryRefused() {
-        QFETCH(QString, model);
-        QFETCH(bool, inFile);
-        QFETCH(Steps, steps);
-        QFETCH(QString, why);
-        const QString path = FiscalMemoryPath(model);
-        QDir(FiscalMemoryFolder()).removeRecursively();
-        SimulatedFiscalPrinter p;
-        if (inFile)
-            p.SetFiscalMemoryFactory(PersistentFiscalMemories({}));
-        Ready(p, model);
-        steps(p);
-        const sim::IFiscalMemory* memory = &p.Memory();
-        const QString before = Snapshot(*memory);
-        const int32_t state = p.PrinterState();
-        Messages messages(MsgResult::Yes);
-        QVERIFY(!StartNewFiscalMemory(p));
-        QCOMPARE(messages.texts.size(), 1);
-        QVERIFY2(messages.texts[0].contains(why), qPrintable(messages.texts[0]));
-        QCOMPARE(&p.Memory(), memory);
-        QCOMPARE(Snapshot(p.Memory()), before);
-        QCOMPARE(p.PrinterState(), state);
-        QCOMPARE(QFileInfo::exists(path), inFile);
-        QVERIFY(OldFiles(path).isEmpty());
     }
 };
 
