@@ -133,6 +133,9 @@ std::unique_ptr<IFiscalMemory> MakeInMemoryFiscalMemory(const ModelSwitches& mod
 
 // Where a printer gets its fiscal memory when a model is opened.
 using FiscalMemoryFactory = std::function<std::unique_ptr<IFiscalMemory>(const ModelSwitches& model)>;
+// Replaces a printer's fiscal memory in place: takes `memory` and leaves another (or the same) in
+// it. True when what it leaves is a new, empty memory, false when it is the old one's content.
+using FiscalMemorySwap = std::function<bool(std::unique_ptr<IFiscalMemory>& memory)>;
 
 // The day rules, read off the memory.
 // The day opened 24 hours or more before `now`: no fiscal receipt until a Z report.

@@ -2,6 +2,7 @@
 
 #include "Money.h"
 #include "OposAll.h"
+#include "Tools.h"
 
 using namespace OposAll;
 using sim::PrintAttributes;
@@ -379,6 +380,41 @@ int32_t SimulatedFiscalPrinter::Open(QString& DeviceName) {
 void SimulatedFiscalPrinter::SetFiscalMemoryFactory(sim::FiscalMemoryFactory factory) {
     m_memoryFactory = std::move(factory);
     m_memoryFromFactory = false;
+}
+
+QString SimulatedFiscalPrinter::FiscalMemoryBusy() const {
+    if (m_doc.receipt || m_doc.nonFiscal || m_printerState != FPTR_PS_MONITOR)
+        return QStringLiteral("The %1 has a document open (%2). End it first; the fiscal memory was left as "
+                              "it is.")
+            .arg(m_model.deviceName, Tools::PrinterStateName(m_printerState));
+    if (m_queue.Pending() > 0)
+        return QStringLiteral("The %1 still has output queued (%2 jobs). Let it print, or clear it, first; "
+                              "the fiscal memory was left as it is.")
+            .arg(m_model.deviceName)
+            .arg(m_queue.Pending());
+    return {};
+}
+
+bool SimulatedFiscalPrinter::ReplaceFiscalMemory(const sim::FiscalMemorySwap& swap, QString* refusal) {
+    const QString busy = FiscalMemoryBusy();
+    if (refusal)
+        *refusal = busy;
+    if (!busy.isEmpty())
+        return false;
+    const int32_t before = EffectivePrinterState();
+    const bool fresh = swap(m_memory);
+    if (!m_memory)
+        m_memory = sim::MakeInMemoryFiscalMemory(m_model);
+    if (fresh) {
+        // What belonged to the old memory goes with it; the printer's own settings, training mode
+        // and paper stay.
+        m_pendingVat.clear();
+        m_kept.reset();
+    }
+    CommitNotice();
+    if (EffectivePrinterState() != before) // a full memory was LOCKED
+        emit printerStateChanged(EffectivePrinterState());
+    return true;
 }
 
 int32_t SimulatedFiscalPrinter::Close() {

@@ -45,6 +45,13 @@ public:
     // still holds a document begun and never ended (the bench was killed in the middle of it) is
     // taken as after a power cut: the printer ends that document by itself at Open.
     void SetFiscalMemoryFactory(sim::FiscalMemoryFactory factory);
+    // Why the fiscal memory can't be replaced now (a document open, output queued), else empty.
+    QString FiscalMemoryBusy() const;
+    // Hands the current model's fiscal memory to `swap` and goes on with what it leaves. With a new
+    // memory the receipt kept for a duplicate and VAT rates not yet set go with the old one; the
+    // printer's own settings, training mode and paper stay. Refused, with `refusal` and nothing
+    // touched, while busy.
+    bool ReplaceFiscalMemory(const sim::FiscalMemorySwap& swap, QString* refusal = nullptr);
 
 #define FPU_SIM_DECLARE_METHOD(name, params, args) int32_t name params override;
     FPU_METHODS(FPU_SIM_DECLARE_METHOD)

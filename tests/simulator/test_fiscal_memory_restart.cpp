@@ -3,6 +3,7 @@
 #include "SqliteFiscalMemory.h"
 #include "Zorvane6DirectIO.h"
 
+#include <QLockFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -14,6 +15,17 @@ using namespace fm;
 using Outcome = FiscalMemoryOpening::Outcome;
 
 Q_DECLARE_METATYPE(Commits)
+using Steps = std::function<void(SimulatedFiscalPrinter&)>;
+Q_DECLARE_METATYPE(Steps)
+
+// The files kept aside as old memories beside `path`.
+static QStringList OldFiles(const QString& path) {
+    const QFileInfo info(path);
+    QStringList names = info.dir().entryList({info.fileName() + QStringLiteral(".old-*")});
+    for (QString& name : names)
+        name = info.dir().filePath(name);
+    return names;
+}
 
 // The fiscal memory file across restarts and kills: what the next start finds, and what the
 // printer makes of it.
@@ -225,6 +237,85 @@ private slots:
         Ready(second, QStringLiteral("Tessorim"));
         QCOMPARE(told.size(), 1);
         QVERIFY(dynamic_cast<const SqliteFiscalMemory*>(&second.Memory()));
+    }
+
+    // A running printer starts a new fiscal memory: the old file aside as it was, the printer on a
+    // new file in its place, held by this process all along.
+    void newMemoryWhileRunning_data() {
+        QTest::addColumn<Steps>("steps");
+        QTest::newRow("after a day") << Steps([](SimulatedFiscalPrinter& p) {
+            Sale(p, M(250));
+            QCOMPARE(p.PrintZReport(), 0);
+            p.SetDuplicateReceipt(true);
+            Sale(p, M(100));
+        });
+        QTest::newRow("header and VAT set") << Steps([](SimulatedFiscalPrinter& p) {
+            int32_t line = 1;
+            QString text = QStringLiteral("NEGOZIO");
+            bool doubleWidth = true;
+            QCOMPARE(p.SetHeaderLine(line, text, doubleWidth), 0);
+            int32_t id = 2;
+            QString value = QStringLiteral("15");
+            QCOMPARE(p.SetVatValue(id, value), 0);
+            QCOMPARE(p.SetVatTable(), 0);
+            id = 3;
+            QCOMPARE(p.SetVatValue(id, value), 0); // not set yet: goes with the old memory
+            Sale(p, M(100));
+        });
+        QTest::newRow("full, locked") << Steps([](SimulatedFiscalPrinter& p) {
+            Sale(p, M(100));
+            p.SetRemainingFiscalMemory(0);
+            QCOMPARE(p.PrinterState(), FPTR_PS_LOCKED);
+        });
+    }
+    void newMemoryWhileRunning() {
+        QFETCH(Steps, steps);
+        const QString path = FiscalMemoryPath(QStringLiteral("ZorvaneFPU"));
+        QDir(FiscalMemoryFolder()).removeRecursively();
+        {
+            SimulatedFiscalPrinter p;
+            p.SetFiscalMemoryFactory(PersistentFiscalMemories({}));
+            Ready(p);
+            steps(p);
+            const QString before = Snapshot(p.Memory());
+            Messages messages(MsgResult::Yes);
+            QVERIFY(StartNewFiscalMemory(p));
+            QCOMPARE(messages.texts.size(), 2);
+            QVERIFY2(messages.texts[0].contains(path) &&
+                         messages.texts[0].contains(QStringLiteral("ZorvaneFPU")),
+                     qPrintable(messages.texts[0]));
+
+            const QStringList old = OldFiles(path);
+            QCOMPARE(old.size(), 1);
+            QVERIFY2(messages.texts[1].contains(old[0]), qPrintable(messages.texts[1]));
+            {
+                FiscalMemoryOpening aside = OpenFiscalMemoryFile(old[0], Zorvane());
+                QCOMPARE(aside.outcome, Outcome::Opened);
+                QCOMPARE(Snapshot(*aside.memory), before);
+            }
+
+            const auto* file = dynamic_cast<const SqliteFiscalMemory*>(&p.Memory());
+            QVERIFY(file);
+            QCOMPARE(file->FilePath(), path);
+            QCOMPARE(p.SetVatTable(), 0);
+            QCOMPARE(Snapshot(p.Memory()), Snapshot(*MakeInMemoryFiscalMemory(Zorvane())));
+            QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
+            QCOMPARE(p.PrintDuplicateReceipt(), OPOS_E_ILLEGAL); // the kept receipt went with the old memory
+            QLockFile lock(path + QStringLiteral(".lock"));
+            qint64 pid = 0;
+            QString host, app;
+            QVERIFY(lock.getLockInfo(&pid, &host, &app));
+            QCOMPARE(pid, QCoreApplication::applicationPid());
+            QCOMPARE(OpenFiscalMemoryFile(path, Zorvane()).outcome, Outcome::Refused);
+
+            Sale(p, M(300));
+        }
+        // The printer went on in the new file.
+        FiscalMemoryOpening again = OpenFiscalMemoryFile(path, Zorvane());
+        QCOMPARE(again.outcome, Outcome::Opened);
+        QCOMPARE(again.memory->GrandCounters(), (Counters{.fiscalReceipts = 1}));
+        QCOMPARE(again.memory->GrandTotals().Sum(TotalKind::Net), M(300));
+        QCOMPARE(again.memory->JournalCount(), 1);
     }
 };
 

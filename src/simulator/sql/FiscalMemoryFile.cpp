@@ -239,14 +239,10 @@ FiscalMemoryOpening OpenFiscalMemoryFile(const QString& path, const ModelSwitche
     return opening;
 }
 
-bool MoveFiscalMemoryAside(const QString& path, QString& keptAt, QString& error) {
-    const QString file = QFileInfo(path).absoluteFilePath();
-    keptAt.clear();
-    const auto lock = Lock(file, error);
-    if (!lock)
-        return false;
-    if (!QFileInfo::exists(file))
-        return true;
+namespace {
+
+// Moves `file` aside as an old memory. The caller holds its lock, so no bench opens it meanwhile.
+bool MoveAsideLocked(const QString& file, QString& keptAt, QString& error) {
     const QString aside = AsideName(file, QStringLiteral("old"));
     QString cause;
     if (!MoveWithCompanions(file, aside, cause)) {
@@ -256,6 +252,108 @@ bool MoveFiscalMemoryAside(const QString& path, QString& keptAt, QString& error)
     }
     keptAt = aside;
     return true;
+}
+
+QString NewMemoryQuestion(const QString& deviceName, const QString& file) {
+    return QStringLiteral(
+               "Start a new fiscal memory for the %1?\n\nIts Z reports, receipt numbers, totals and "
+               "electronic journal in %2 are moved aside and kept, in the same folder as "
+               "%3.old-<date and time>, and the printer starts again from its first receipt and Z "
+               "report.")
+        .arg(deviceName, file, QFileInfo(file).fileName());
+}
+
+// Gives up the memory in `file`, moves the file aside and opens a new one in its place, the lock
+// held all along. True when `memory` is left a new memory (null: one in the process), false when
+// it is left the old one's content. `told` is what to say.
+bool SwapFile(std::unique_ptr<IFiscalMemory>& memory, const ModelSwitches& model, const QString& file,
+              QString& told) {
+    auto* current = dynamic_cast<SqliteFiscalMemory*>(memory.get());
+    if (!current || current->FilePath() != file) {
+        // The question let the event loop run, and a macro may have opened another model.
+        told = QStringLiteral("The printer's fiscal memory changed while the question was open; nothing was "
+                              "moved.");
+        return false;
+    }
+    std::unique_ptr<QLockFile> lock = current->ReleaseFile();
+    memory.reset();
+    QString keptAt, error;
+    if (!MoveAsideLocked(file, keptAt, error)) {
+        Attempt again = TryOpen(file, model, kFiscalMemoryCapacity, lock);
+        if (again.result == Attempt::Result::Ok) {
+            memory = std::move(again.memory);
+            told = error + QStringLiteral(" The printer goes on with it.");
+            return false;
+        }
+        told = error + QStringLiteral(" It can't be opened again either (%1): until the bench ends, the %2 "
+                                      "works on a fresh fiscal memory that is not kept.")
+                           .arg(again.text, model.deviceName);
+        return true;
+    }
+    Attempt fresh = TryOpen(file, model, kFiscalMemoryCapacity, lock);
+    if (fresh.result != Attempt::Result::Ok) {
+        told =
+            QStringLiteral("The fiscal memory of the %1 was moved aside to %2, but a new one can't be made "
+                           "in %3 (%4). Until the bench ends, the %1 works on a fresh fiscal memory that "
+                           "is not kept; its next start makes the file.")
+                .arg(model.deviceName, keptAt, file, fresh.text);
+        return true;
+    }
+    memory = std::move(fresh.memory);
+    told = QStringLiteral("The fiscal memory of the %1 was moved aside to %2. The printer goes on with a new "
+                          "one in %3, from its first receipt and Z report.")
+               .arg(model.deviceName, keptAt, file);
+    return true;
+}
+
+} // namespace
+
+bool MoveFiscalMemoryAside(const QString& path, QString& keptAt, QString& error) {
+    const QString file = QFileInfo(path).absoluteFilePath();
+    keptAt.clear();
+    const auto lock = Lock(file, error);
+    if (!lock)
+        return false;
+    if (!QFileInfo::exists(file))
+        return true;
+    return MoveAsideLocked(file, keptAt, error);
+}
+
+QString NewFiscalMemoryUnavailable(const SimulatedFiscalPrinter& printer) {
+    if (dynamic_cast<const SqliteFiscalMemory*>(&printer.Memory()))
+        return {};
+    return QStringLiteral(
+               "The fiscal memory of the %1 is not in a file: it lives in this bench only and ends "
+               "with it, so there is no file to start anew. The bench keeps a model's memory in a "
+               "file from the device's Open on, unless another bench holds that file or the file "
+               "was refused.")
+        .arg(printer.Model().deviceName);
+}
+
+bool StartNewFiscalMemory(SimulatedFiscalPrinter& printer) {
+    if (const QString why = NewFiscalMemoryUnavailable(printer); !why.isEmpty()) {
+        ShowMessage(why);
+        return false;
+    }
+    if (const QString busy = printer.FiscalMemoryBusy(); !busy.isEmpty()) {
+        ShowMessage(busy);
+        return false;
+    }
+    const QString file = static_cast<const SqliteFiscalMemory&>(printer.Memory()).FilePath();
+    if (ShowMessage(NewMemoryQuestion(printer.Model().deviceName, file), MsgButtons::YesNo) != MsgResult::Yes)
+        return false;
+    QString told, refusal;
+    bool fresh = false;
+    const auto swap = [&](std::unique_ptr<IFiscalMemory>& memory) {
+        fresh = SwapFile(memory, printer.Model(), file, told);
+        return fresh;
+    };
+    if (!printer.ReplaceFiscalMemory(swap, &refusal)) {
+        ShowMessage(refusal);
+        return false;
+    }
+    ShowMessage(told);
+    return fresh;
 }
 
 QString FiscalMemoryFolder() {
@@ -324,12 +422,7 @@ int StartNewFiscalMemory(const QString& deviceName) {
                         .arg(deviceName, path));
         return 0;
     }
-    const QString question =
-        QStringLiteral("Start a new fiscal memory for the %1?\n\nIts Z reports, receipt numbers, totals and "
-                       "electronic journal in %2 are moved aside with a time stamp and kept, and the printer "
-                       "starts again from its first receipt and Z report.")
-            .arg(deviceName, path);
-    if (ShowMessage(question, MsgButtons::YesNo) != MsgResult::Yes)
+    if (ShowMessage(NewMemoryQuestion(deviceName, path), MsgButtons::YesNo) != MsgResult::Yes)
         return 1;
     QString keptAt, error;
     if (!MoveFiscalMemoryAside(path, keptAt, error)) {

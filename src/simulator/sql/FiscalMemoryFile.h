@@ -57,4 +57,14 @@ bool UseFiscalMemoryFile(SimulatedFiscalPrinter& printer, const QString& path, c
 // refused, 2 for a name no model answers to.
 int StartNewFiscalMemory(const QString& deviceName);
 
+// Why `printer`'s memory can't be started anew from the printer window (it is not in a file),
+// else empty.
+QString NewFiscalMemoryUnavailable(const SimulatedFiscalPrinter& printer);
+
+// The printer window's reset: refuses, through the message box, while the memory is not in a file
+// or the printer is busy; asks; on Yes moves the file aside as the command line does, the lock
+// held all along, and the printer goes on with a new memory in its place; says where the old file
+// went. True when the printer has a new memory.
+bool StartNewFiscalMemory(SimulatedFiscalPrinter& printer);
+
 } // namespace sim

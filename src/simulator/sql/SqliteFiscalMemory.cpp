@@ -21,6 +21,12 @@ QString SqliteFiscalMemory::FilePath() const {
     return m_db->Path();
 }
 
+std::unique_ptr<QLockFile> SqliteFiscalMemory::ReleaseFile() {
+    m_db->Drop();
+    m_detached = true;
+    return std::move(m_lock);
+}
+
 void SqliteFiscalMemory::Detach(const QString& error) {
     m_detached = true;
     ShowMessage(QStringLiteral("The fiscal memory %1 could not be written (%2). The file keeps everything up "

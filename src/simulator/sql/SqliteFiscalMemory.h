@@ -22,6 +22,9 @@ public:
     ~SqliteFiscalMemory() override;
 
     QString FilePath() const;
+    // Closes the file and hands over its lock, still held, so that the file can be moved or
+    // replaced with no other bench getting in. The memory is of no use afterwards.
+    std::unique_ptr<QLockFile> ReleaseFile();
     // A write failed: from then on nothing reaches the file.
     bool Detached() const { return m_detached; }
     // For tests: the next commit writes its rows and then loses its connection before COMMIT, as

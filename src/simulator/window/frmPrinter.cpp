@@ -1,5 +1,6 @@
 #include "frmPrinter.h"
 
+#include "FiscalMemoryFile.h"
 #include "PaperExport.h"
 #include "PaperView.h"
 #include "PrinterPanels.h"
@@ -115,6 +116,9 @@ void frmPrinter::BuildWindow() {
     panStatus = new PrinterStatusPanel(this);
     panFaults = new PrinterFaultPanel(this);
     panFiscalMemory = new FiscalMemoryPanel(this);
+    cmdNewFiscalMemory = Button(QStringLiteral("New fiscal memory…"), "cmdNewFiscalMemory", {}, this);
+    panFiscalMemory->Actions()->addWidget(cmdNewFiscalMemory);
+    panFiscalMemory->Actions()->addStretch(1);
     auto* side = new QWidget(this);
     auto* sl = new QVBoxLayout(side);
     sl->addWidget(panStatus);
@@ -162,6 +166,7 @@ void frmPrinter::ConnectPanels() {
         if (!path.isEmpty())
             ExportRollPdf(path);
     });
+    connect(cmdNewFiscalMemory, &QPushButton::clicked, this, &frmPrinter::StartNewFiscalMemory);
     connect(cmdFollowEnd, &QPushButton::clicked, this, [this] {
         viewReceipt->ScrollToEnd();
         viewJournal->ScrollToEnd();
@@ -216,6 +221,7 @@ void frmPrinter::SetPrinter(SimulatedFiscalPrinter* printer) {
     } else {
         lblDevice->setText(
             QStringLiteral("The bench's device is not the simulated printer: there is nothing to show."));
+        UpdateMemoryActions();
     }
     UpdateActions();
 }
@@ -269,8 +275,10 @@ void frmPrinter::ShowPending() {
         ShowSession();
     if (pending & DisplayPending)
         panStatus->Show(*m_printer);
-    if (pending & MemoryPending)
+    if (pending & MemoryPending) {
         panFiscalMemory->Show(*m_printer);
+        UpdateMemoryActions();
+    }
 }
 
 void frmPrinter::ShowMachine() {
@@ -284,6 +292,7 @@ void frmPrinter::ShowAll() {
     ShowMachine();
     panStatus->ShowDrawer(m_printer->Drawer().IsOpen());
     panFiscalMemory->Show(*m_printer);
+    UpdateMemoryActions();
 }
 
 PaperView* frmPrinter::CurrentView() const {
@@ -299,6 +308,32 @@ void frmPrinter::UpdateActions() {
     cmdCopyReceipt->setEnabled(selected);
     cmdExportPng->setEnabled(selected);
     cmdExportPdf->setEnabled(m_printer != nullptr);
+}
+
+// Offered only for a memory in a file; refusals for a busy printer come when it is pressed.
+void frmPrinter::UpdateMemoryActions() {
+    QString why;
+    if (!m_printer)
+        why =
+            QStringLiteral("The bench's device is not the simulated printer: it has no fiscal memory here to "
+                           "start anew.");
+    else
+        why = sim::NewFiscalMemoryUnavailable(*m_printer);
+    cmdNewFiscalMemory->setEnabled(why.isEmpty());
+    cmdNewFiscalMemory->setToolTip(
+        why.isEmpty()
+            ? QStringLiteral("Moves the %1's fiscal memory file aside, kept, and starts the printer "
+                             "again on a new one (asked first)")
+                  .arg(m_printer->Model().deviceName)
+            : why);
+}
+
+bool frmPrinter::StartNewFiscalMemory() {
+    if (!m_printer)
+        return false;
+    const bool fresh = sim::StartNewFiscalMemory(*m_printer);
+    ShowAll();
+    return fresh;
 }
 
 QString frmPrinter::SelectedDocumentText() const {

@@ -32,6 +32,8 @@ public:
     bool CopySelectedDocument();
     bool ExportSelectedPng(const QString& path);
     bool ExportRollPdf(const QString& path);
+    // Asks, then starts the printer again on a new fiscal memory, the old file kept aside.
+    bool StartNewFiscalMemory();
     // Whether a window position was remembered from an earlier run.
     bool HasSavedGeometry() const { return m_savedGeometry; }
     // The view with the selection, else the one clicked last: the receipt roll at first.
@@ -50,6 +52,7 @@ public:
     PrinterStatusPanel* panStatus;
     PrinterFaultPanel* panFaults;
     FiscalMemoryPanel* panFiscalMemory;
+    QPushButton* cmdNewFiscalMemory;
 
     // Where the window keeps its own state between runs.
     static inline const QString SettingsPrefix = QStringLiteral("printerWindow/");
@@ -70,6 +73,7 @@ private:
     void Later(unsigned what);
     void ShowPending();
     void UpdateActions();
+    void UpdateMemoryActions();
     void RestoreSettings();
     void SaveSettings() const;
 
