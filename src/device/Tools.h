@@ -21,6 +21,10 @@ QString DirectIOCommandName(int32_t command);
 
 // An amount as it stands in macro and log lines: point, two decimals, half away from zero.
 QString AmountToText(Amount value);
+// The same text, and a number as plain decimal, appended in place: lines of the log are built in
+// one piece.
+void AppendAmountText(QString& out, Amount value);
+void AppendLongText(QString& out, int64_t value);
 
 QString EscBytesToTokens(const QString& text);
 QString CrLfToTokens(const QString& text);
