@@ -330,7 +330,7 @@ int32_t clsMacroEngine::PlayLineMacro() {
     // an empty macro): the slot there is no longer a line, so the replay ends instead.
     if (m_lineCursor < 0 || m_lineCursor >= m_lineCount) {
         m_lineCursor = -1;
-        SelectListRow(-1);
+        FollowCursor(-1);
         return Failure;
     }
     const quint64 placement = m_placements;
@@ -343,10 +343,10 @@ int32_t clsMacroEngine::PlayLineMacro() {
     const int32_t next = static_cast<int32_t>(m_lineCursor) + 1;
     if (next >= 0 && next < m_lineCount) {
         m_lineCursor = static_cast<int16_t>(next);
-        SelectListRow(next);
+        FollowCursor(next);
     } else {
         m_lineCursor = -1;
-        SelectListRow(-1);
+        FollowCursor(-1);
     }
     return result;
 }
@@ -494,7 +494,35 @@ void clsMacroEngine::PlaceCursor(int16_t line) {
     m_delayTimer->stop();
 }
 
-void clsMacroEngine::SelectListRow(int row) {
+QItemSelectionModel* clsMacroEngine::lstMacroCodeSelection() const {
+    ApplyPendingRow();
+    return m_selection;
+}
+
+void clsMacroEngine::SetListFollowed(bool followed) {
+    m_listFollowed = followed;
+    if (followed)
+        ApplyPendingRow();
+}
+
+void clsMacroEngine::FollowCursor(int row) {
+    if (m_listFollowed) {
+        SelectListRow(row);
+        return;
+    }
+    // Moving a selection costs as much as the rest of a replayed line; nobody sees it now.
+    m_pendingRow = row;
+}
+
+void clsMacroEngine::ApplyPendingRow() const {
+    if (m_pendingRow == NoPendingRow)
+        return;
+    SelectListRow(m_pendingRow);
+}
+
+void clsMacroEngine::SelectListRow(int row) const {
+    // A move made now replaces the one a replay left for later.
+    m_pendingRow = NoPendingRow;
     if (row < 0 || row >= m_list->rowCount()) {
         m_selection->clearSelection();
         m_selection->clearCurrentIndex();
