@@ -20,6 +20,8 @@ struct RunOptions {
     int32_t errorResponse = 12; // 11 retry, 12 clear
     QString macroFile;
     bool help = false;
+    // Standard output goes out in blocks (see RunMacroFile); false writes every line at once.
+    bool blockWrites = true;
 };
 
 inline constexpr int ExitSuccess = 0;
@@ -32,7 +34,10 @@ QString RunUsage();
 // False, with a one-line reason in `error`, when they don't make a run.
 bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QString& error);
 
-// Loads and plays the macro on `device`; returns the exit status.
+// Loads and plays the macro on `device`; returns the exit status. With blockWrites the log lines
+// gather and go out when a block is full, before the program waits for anything, before anything
+// goes to `err`, at the end, and when SIGINT, SIGTERM or SIGHUP ends the run: a reader following
+// the output, `| head`, or an interrupted run sees every line written so far.
 int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream& out, QTextStream& err);
 
 // The whole program, arguments included.
