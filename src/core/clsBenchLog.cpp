@@ -28,7 +28,9 @@ char* EncodeLine(QStringView line, char* out, qsizetype& units) {
     qsizetype extra = 0;
     while (p < end) {
         const char16_t c = *p++;
-        if (c < 0x80) {
+        if (c >= 0x20 && c < 0x80) {
+            *out++ = char(c);
+        } else if (c < 0x80) {
             switch (c) {
             case 27:
                 std::memcpy(out, "[ESC]", 5);

@@ -149,7 +149,7 @@ int HexValue(QChar c) {
 }
 
 // Reads "&Hxxxx" (the prefix already at `pos`); nullopt when no hex digit follows.
-std::optional<double> ReadHex(const QString& text, qsizetype pos) {
+std::optional<double> ReadHex(QStringView text, qsizetype pos) {
     double value = 0;
     bool any = false;
     for (qsizetype i = pos + 2; i < text.size(); ++i) {
@@ -164,7 +164,7 @@ std::optional<double> ReadHex(const QString& text, qsizetype pos) {
     return value;
 }
 
-bool StartsWithHexPrefix(const QString& text, qsizetype pos) {
+bool StartsWithHexPrefix(QStringView text, qsizetype pos) {
     return pos + 1 < text.size() && text.at(pos) == u'&' &&
            (text.at(pos + 1) == u'H' || text.at(pos + 1) == u'h');
 }
@@ -350,7 +350,7 @@ Amount TextToAmount(QString& text) {
     return 0;
 }
 
-double LeadingNumber(const QString& text) {
+double LeadingNumber(QStringView text) {
     qsizetype i = 0;
     while (i < text.size() && IsBlank(text.at(i)))
         ++i;
@@ -396,7 +396,7 @@ double LeadingNumber(const QString& text) {
     return ec == std::errc() ? value : 0.0;
 }
 
-std::optional<int32_t> LeadingInteger(const QString& text) {
+std::optional<int32_t> LeadingInteger(QStringView text) {
     const double rounded = std::nearbyint(LeadingNumber(text));
     if (!std::isfinite(rounded) || rounded < -2147483648.0 || rounded > 2147483647.0)
         return std::nullopt;

@@ -36,10 +36,10 @@ QString EscTokensToBytes(const QString& text);
 Amount TextToAmount(QString& text);
 
 // The number at the start of a text (point as separator, "&H" for hexadecimal); 0 when none.
-double LeadingNumber(const QString& text);
+double LeadingNumber(QStringView text);
 // LeadingNumber rounded half to even; nullopt when it does not fit 32 bits, so the caller can
 // skip its device call.
-std::optional<int32_t> LeadingInteger(const QString& text);
+std::optional<int32_t> LeadingInteger(QStringView text);
 // The whole text as a number, rounded half to even; nullopt when it can't be read or does not
 // fit 16 bits: the caller then sends nothing.
 std::optional<int16_t> StrictInteger(const QString& text);

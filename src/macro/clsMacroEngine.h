@@ -55,9 +55,6 @@ public:
     void SetListFollowed(bool followed);
     QTimer* tmrDelayForMacroCls() const { return m_delayTimer; }
 
-    // Splits a line at every "$" (at most MaxFields fields; the surplus is dropped).
-    static QStringList FieldSplit(const QString& line);
-
 private:
     int32_t ExecuteLine(QString& line);
     void Delay(double ms);
