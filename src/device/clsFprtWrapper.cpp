@@ -77,10 +77,6 @@ QString BoolWord(bool value) {
 clsFprtWrapper::clsFprtWrapper(IFiscalPrinter& control, ILogWriter& log, IMacroRecorder* recorder)
     : m_control(control), m_log(log), m_recorder(recorder) {}
 
-QString clsFprtWrapper::LongText(int32_t value) {
-    return QString::number(value);
-}
-
 void clsFprtWrapper::AppendResultTail(QString& line) {
     const int32_t code = m_control.ResultCode();
     const int32_t extended = m_control.ResultCodeExtended();
@@ -100,8 +96,12 @@ void clsFprtWrapper::AppendResultTail(QString& line) {
     line += error;
 }
 
+bool clsFprtWrapper::WillRecord() const {
+    return m_recorder && m_recorder->WillRecord();
+}
+
 template <typename... Fields> void clsFprtWrapper::Record(const char* word, const Fields&... fields) {
-    if (!m_recorder || !m_recorder->WillRecord())
+    if (!WillRecord())
         return;
     QString line = MacroLine(word, fields...);
     m_recorder->AddCommand(line);
@@ -117,6 +117,7 @@ void clsFprtWrapper::LogCall(QString line) {
 int32_t clsFprtWrapper::WOpen(QString DeviceName) {
     Record("F_Open", DeviceName);
     const int32_t rc = m_control.Open(DeviceName);
+    // Open and Close begin their lines with a doubled bracket, as readers of old logs know them.
     LogCall(CallText("Open(", DeviceName));
     return rc;
 }
@@ -536,7 +537,8 @@ FPU_PROPERTIES(FPU_WRAPPER_READ)
     FPU_IF_WRITABLE(                                                                                         \
         access, void clsFprtWrapper::Set##name(FPU_BENCH_TYPE(kind) value) {                                 \
             const PropertyInfo& info = PropertyOf(Prop::name);                                               \
-            Record("P_" #name, WrittenValue(info, QVariant::fromValue(value), false));                       \
+            if (WillRecord())                                                                                \
+                Record("P_" #name, WrittenValue(info, QVariant::fromValue(value), false));                   \
             m_control.Set##name(value);                                                                      \
             LogCall(QStringLiteral(#name " := ") + WrittenValue(info, QVariant::fromValue(value), true));    \
         })

@@ -91,7 +91,7 @@ private:
     // Appends the text that closes a log line: the result by name, and on a failure the extended
     // code and the error string.
     void AppendResultTail(QString& line);
-    static QString LongText(int32_t value);
+    bool WillRecord() const;
     // Builds the macro line of `word` and its fields only when the recorder will keep it.
     template <typename... Fields> void Record(const char* word, const Fields&... fields);
     // Closes the call's log line with the result tail and writes it.
