@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdlib>
 
 namespace {
 
@@ -44,11 +45,13 @@ clsLogView::clsLogView(clsBenchLog& log, QWidget* parent) : QAbstractScrollArea(
     addAction(actSelectAll);
 
     m_frame.setSingleShot(true);
+    m_scrollBars.setSingleShot(true);
     UpdateMetrics();
 
     connect(actCopy, &QAction::triggered, this, &clsLogView::copy);
     connect(actSelectAll, &QAction::triggered, this, &clsLogView::selectAll);
-    connect(&m_frame, &QTimer::timeout, this, &clsLogView::FlushPending);
+    connect(&m_frame, &QTimer::timeout, this, [this] { TakeNewLines(false); });
+    connect(&m_scrollBars, &QTimer::timeout, this, &clsLogView::SyncScrollBars);
     connect(&m_log, &clsBenchLog::appended, this, &clsLogView::OnAppended);
     connect(&m_log, &clsBenchLog::cleared, this, &clsLogView::OnCleared);
 }
@@ -57,45 +60,69 @@ void clsLogView::OnAppended() {
     // Once per frame at most, and a hidden view takes the lines in when it is shown.
     if (m_frame.isActive() || !isVisible())
         return;
-    const qint64 since = m_sinceFlush.isValid() ? m_sinceFlush.elapsed() : FrameMs;
-    m_frame.start(int(std::clamp<qint64>(FrameMs - since, 0, FrameMs)));
+    const qint64 interval = std::max<qint64>(FrameMs, m_paintNs * FrameCostFactor / 1000000);
+    const qint64 since = m_sinceFlush.isValid() ? m_sinceFlush.elapsed() : interval;
+    m_frame.start(int(std::clamp<qint64>(interval - since, 0, interval)));
 }
 
 void clsLogView::OnCleared() {
     m_rows = 0;
+    m_top = 0;
     m_anchor = -1;
     m_current = -1;
-    UpdateScrollBars();
+    SyncScrollBars();
     viewport()->update();
 }
 
 void clsLogView::FlushPending() {
+    TakeNewLines(true);
+}
+
+void clsLogView::TakeNewLines(bool now) {
     m_frame.stop();
     m_sinceFlush.start();
     const qsizetype count = m_log.LineCount();
-    if (count == m_rows)
-        return;
-    const bool follow = FollowsEnd();
-    const qsizetype before = m_rows;
-    m_rows = count;
-    UpdateScrollBars();
-    if (follow)
-        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
-    // Lines below the viewport change nothing that is drawn but the scroll bar.
-    if (follow || before <= FirstVisibleLine() + VisibleLineCount())
-        viewport()->update();
+    if (count != m_rows) {
+        const bool follow = FollowsEnd();
+        const qsizetype before = m_rows;
+        m_rows = count;
+        if (follow)
+            SetTop(MaxTop());
+        // New lines that come into sight without a move are drawn where they stand.
+        if (before <= m_top + VisibleLineCount()) {
+            const int y = LineRect(std::max(before, m_top)).top();
+            viewport()->update(0, y, viewport()->width(), viewport()->height() - y);
+        }
+    }
+    ScheduleScrollBars(now);
 }
 
 qsizetype clsLogView::FirstVisibleLine() const {
-    return verticalScrollBar()->value();
+    return m_top;
 }
 
 qsizetype clsLogView::VisibleLineCount() const {
     return std::max(1, viewport()->height() / m_lineHeight);
 }
 
+qsizetype clsLogView::MaxTop() const {
+    return std::max<qsizetype>(0, m_rows - VisibleLineCount());
+}
+
 bool clsLogView::FollowsEnd() const {
-    return verticalScrollBar()->value() >= verticalScrollBar()->maximum();
+    return m_top >= MaxTop();
+}
+
+void clsLogView::SetTop(qsizetype top) {
+    top = std::clamp<qsizetype>(top, 0, MaxTop());
+    const qsizetype moved = m_top - top;
+    if (moved == 0)
+        return;
+    m_top = top;
+    if (std::abs(moved) < VisibleLineCount())
+        viewport()->scroll(0, int(moved) * m_lineHeight);
+    else
+        viewport()->update();
 }
 
 qsizetype clsLogView::LineAt(const QPoint& viewportPos) const {
@@ -160,26 +187,47 @@ void clsLogView::UpdateMetrics() {
     m_charWidth = std::max(1, metrics.horizontalAdvance(QLatin1Char('0')));
 }
 
-void clsLogView::UpdateScrollBars() {
-    const qsizetype visible = VisibleLineCount();
+void clsLogView::ScheduleScrollBars(bool now) {
+    const qint64 since = m_sinceScrollBars.isValid() ? m_sinceScrollBars.elapsed() : ScrollBarMs;
+    if (now || since >= ScrollBarMs)
+        SyncScrollBars();
+    else if (!m_scrollBars.isActive())
+        m_scrollBars.start(int(ScrollBarMs - since));
+}
+
+void clsLogView::SyncScrollBars() {
     QScrollBar* v = verticalScrollBar();
-    v->setRange(0, ClampToInt(m_rows - visible));
+    QScrollBar* h = horizontalScrollBar();
+    // The operator's drag wins; the bars catch up once it ends.
+    if (v->isSliderDown() || h->isSliderDown()) {
+        m_scrollBars.start(ScrollBarMs);
+        return;
+    }
+    m_scrollBars.stop();
+    m_sinceScrollBars.start();
+    const int scrolled = h->value();
+    const qsizetype visible = VisibleLineCount();
+    const qsizetype width = m_log.LongestLineLength() * m_charWidth + 2 * Margin;
+    m_syncing = true;
+    v->setRange(0, ClampToInt(MaxTop()));
     v->setPageStep(ClampToInt(visible));
     v->setSingleStep(1);
-    const qsizetype width = m_log.LongestLineLength() * m_charWidth + 2 * Margin;
-    QScrollBar* h = horizontalScrollBar();
+    v->setValue(ClampToInt(m_top));
     h->setRange(0, ClampToInt(width - viewport()->width()));
     h->setPageStep(viewport()->width());
     h->setSingleStep(m_charWidth);
+    m_syncing = false;
+    if (h->value() != scrolled)
+        viewport()->update();
 }
 
 void clsLogView::EnsureVisible(qsizetype line) {
-    QScrollBar* v = verticalScrollBar();
     const qsizetype visible = VisibleLineCount();
-    if (line < v->value())
-        v->setValue(ClampToInt(line));
-    else if (line >= v->value() + visible)
-        v->setValue(ClampToInt(line - visible + 1));
+    if (line < m_top)
+        SetTop(line);
+    else if (line >= m_top + visible)
+        SetTop(line - visible + 1);
+    SyncScrollBars();
 }
 
 void clsLogView::MoveCurrent(qsizetype line, bool extend) {
@@ -194,8 +242,14 @@ void clsLogView::MoveCurrent(qsizetype line, bool extend) {
 }
 
 void clsLogView::paintEvent(QPaintEvent* e) {
+    QElapsedTimer clock;
+    clock.start();
+    PaintLines(e->rect());
+    m_paintNs = clock.nsecsElapsed();
+}
+
+void clsLogView::PaintLines(const QRect& area) {
     QPainter painter(viewport());
-    const QRect area = e->rect();
     const qsizetype top = FirstVisibleLine();
     const qsizetype first = top + std::max(0, area.top()) / m_lineHeight;
     const qsizetype last = std::min(m_rows - 1, top + std::max(0, area.bottom()) / m_lineHeight);
@@ -227,11 +281,12 @@ void clsLogView::paintEvent(QPaintEvent* e) {
 }
 
 void clsLogView::resizeEvent(QResizeEvent* e) {
+    // Whether the end was in sight is a question about the old size.
+    const bool follow = m_top + std::max(1, e->oldSize().height() / m_lineHeight) >= m_rows;
     QAbstractScrollArea::resizeEvent(e);
-    const bool follow = FollowsEnd();
-    UpdateScrollBars();
-    if (follow)
-        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    m_top = std::clamp<qsizetype>(follow ? MaxTop() : m_top, 0, MaxTop());
+    SyncScrollBars();
+    viewport()->update();
 }
 
 void clsLogView::showEvent(QShowEvent* e) {
@@ -243,8 +298,23 @@ void clsLogView::changeEvent(QEvent* e) {
     QAbstractScrollArea::changeEvent(e);
     if (e->type() == QEvent::FontChange) {
         UpdateMetrics();
-        UpdateScrollBars();
+        m_top = std::min(m_top, MaxTop());
+        SyncScrollBars();
         viewport()->update();
+    }
+}
+
+void clsLogView::scrollContentsBy(int dx, int dy) {
+    // The bars being brought up to the view say nothing new.
+    if (m_syncing)
+        return;
+    if (dy != 0)
+        SetTop(verticalScrollBar()->value());
+    if (dx != 0) {
+        if (std::abs(dx) < viewport()->width())
+            viewport()->scroll(dx, 0);
+        else
+            viewport()->update();
     }
 }
 

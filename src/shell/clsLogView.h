@@ -10,17 +10,24 @@ class clsBenchLog;
 // The log's lines on screen. The log is the model: the view keeps no copy of a line, reads only
 // the lines it draws, and lays nothing out per line, since every line is one row of a
 // monospaced font. However fast lines arrive, the view takes them in at most once a frame, and
-// not at all while it is hidden; it follows the end unless the operator has scrolled up.
+// not at all while it is hidden; it follows the end unless the operator has scrolled up, moving
+// the lines in sight and drawing only the new ones. The scroll bars, which cost more to draw
+// than a frame of text and hardly move on a long log, follow a few times a second.
 // Selection is by whole lines, from an anchor line to the current one.
 class clsLogView : public QAbstractScrollArea {
     Q_OBJECT
 public:
     // The shortest time between two takes of new lines: about 60 a second.
     static constexpr int FrameMs = 16;
+    // And never sooner than this many times the drawing of the last frame took, so that a stream
+    // of lines leaves the drawing at most a fiftieth of the time, whatever the machine.
+    static constexpr int FrameCostFactor = 50;
+    // The shortest time between two updates of the scroll bars while lines stream in.
+    static constexpr int ScrollBarMs = 200;
 
     explicit clsLogView(clsBenchLog& log, QWidget* parent = nullptr);
 
-    // Takes in the lines the log has gained now instead of at the next frame.
+    // Takes in the lines the log has gained, and brings the scroll bars up to date, now.
     void FlushPending();
 
     // Lines the view has taken in; the log may already hold more.
@@ -59,17 +66,26 @@ protected:
     void mouseMoveEvent(QMouseEvent* e) override;
     void keyPressEvent(QKeyEvent* e) override;
     void contextMenuEvent(QContextMenuEvent* e) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     void OnAppended();
     void OnCleared();
+    void TakeNewLines(bool now);
     void UpdateMetrics();
-    void UpdateScrollBars();
+    void PaintLines(const QRect& area);
+    qsizetype MaxTop() const;
+    // Puts `top` first in sight, moving what stays in sight instead of drawing it again.
+    void SetTop(qsizetype top);
+    void SyncScrollBars();
+    void ScheduleScrollBars(bool now);
     void MoveCurrent(qsizetype line, bool extend);
     void EnsureVisible(qsizetype line);
 
     clsBenchLog& m_log;
     qsizetype m_rows = 0;
+    qsizetype m_top = 0;
+    bool m_syncing = false;
     qsizetype m_anchor = -1;
     qsizetype m_current = -1;
     int m_lineHeight = 1;
@@ -77,4 +93,7 @@ private:
     int m_charWidth = 1;
     QTimer m_frame;
     QElapsedTimer m_sinceFlush;
+    qint64 m_paintNs = 0; // how long the last paint took
+    QTimer m_scrollBars;
+    QElapsedTimer m_sinceScrollBars;
 };

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTemporaryDir>
 
@@ -144,6 +145,8 @@ private slots:
         const qsizetype visible = w.view.VisibleLineCount();
         QVERIFY(visible > 5 && visible < 100);
         QCOMPARE(w.view.FirstVisibleLine(), 500 - visible);
+        QTRY_COMPARE(bar->maximum(), 500 - visible); // the bar catches up within its own interval
+        QCOMPARE(bar->value(), bar->maximum());
         for (int to : scrolls)
             bar->setValue(to < 0 ? bar->maximum() : to);
         w.Append(500, 50);
@@ -151,16 +154,19 @@ private slots:
         QTRY_COMPARE(w.view.ShownLineCount(), 550);
         QCOMPARE(w.view.FirstVisibleLine(), first < 0 ? 550 - visible : first);
         QCOMPARE(w.view.FollowsEnd(), first < 0);
+        QTRY_COMPARE(bar->value(), w.view.FirstVisibleLine());
         QCOMPARE(w.view.LineAt(w.At(w.view.FirstVisibleLine())), w.view.FirstVisibleLine());
     }
 
     // However fast lines come, one per turn of the event loop as in a replay, the view takes
-    // them in and paints at most once a frame; a hidden view doesn't take them in at all.
+    // them in and paints at most once a frame, its scroll bar a few times a second; a hidden
+    // view doesn't take them in at all.
     void paintsAtMostOnceAFrame() {
         LogWindow w;
         QVERIFY(QTest::qWaitForWindowExposed(&w.window));
-        PaintCounter counter;
+        PaintCounter counter, bar;
         w.view.viewport()->installEventFilter(&counter);
+        w.view.verticalScrollBar()->installEventFilter(&bar);
         QElapsedTimer clock;
         clock.start();
         for (int i = 0; i < 3000; ++i) {
@@ -171,10 +177,45 @@ private slots:
         QTRY_COMPARE(w.view.ShownLineCount(), 3000);
         QVERIFY2(counter.paints >= 1 && counter.paints <= elapsed / 10 + 3,
                  qPrintable(QStringLiteral("%1 paints in %2 ms").arg(counter.paints).arg(elapsed)));
+        QVERIFY2(bar.paints <= elapsed / (clsLogView::ScrollBarMs / 2) + 3,
+                 qPrintable(QStringLiteral("%1 scroll bar paints in %2 ms").arg(bar.paints).arg(elapsed)));
         w.window.hide();
         w.Append(3000, 10);
         QTest::qWait(3 * clsLogView::FrameMs);
         QCOMPARE(w.view.ShownLineCount(), 3000);
+    }
+
+    // What the view leaves on screen while it follows, moving old lines and drawing new ones, is
+    // what it draws from scratch.
+    void followingDrawsWhatAFullPaintDraws_data() {
+        QTest::addColumn<int>("perTurn");
+        QTest::newRow("one a turn") << 1;
+        QTest::newRow("a few a turn") << 7;
+        QTest::newRow("more than a screen a turn") << 90;
+    }
+    void followingDrawsWhatAFullPaintDraws() {
+        QFETCH(int, perTurn);
+        LogWindow w;
+        QVERIFY(QTest::qWaitForWindowExposed(&w.window));
+        const auto onScreen = [&] {
+            QCoreApplication::processEvents();
+            const QImage shot = w.window.screen()->grabWindow(w.window.winId()).toImage();
+            const QRect area(w.view.viewport()->mapTo(&w.window, QPoint(0, 0)), w.view.viewport()->size());
+            return shot.copy(area);
+        };
+        QElapsedTimer clock;
+        clock.start();
+        for (int i = 0; i < 1000; i += perTurn) {
+            w.Append(i, perTurn);
+            QTest::qWait(2);
+        }
+        QTRY_COMPARE(w.view.ShownLineCount(), w.log.LineCount());
+        QVERIFY(w.view.FollowsEnd());
+        const QImage followed = onScreen();
+        w.view.viewport()->repaint();
+        const QImage full = onScreen();
+        QVERIFY(!full.isNull());
+        QVERIFY(followed == full);
     }
 
     // Whole lines are selected by the mouse and the keys; Copy puts them on the clipboard, each
