@@ -60,7 +60,8 @@ void clsLogView::OnAppended() {
     // Once per frame at most, and a hidden view takes the lines in when it is shown.
     if (m_frame.isActive() || !isVisible())
         return;
-    const qint64 interval = std::max<qint64>(FrameMs, m_paintNs * FrameCostFactor / 1000000);
+    const qint64 interval =
+        std::clamp<qint64>(m_paintNs * FrameCostFactor / 1000000, FrameMs, SlowestFrameMs);
     const qint64 since = m_sinceFlush.isValid() ? m_sinceFlush.elapsed() : interval;
     m_frame.start(int(std::clamp<qint64>(interval - since, 0, interval)));
 }
@@ -281,9 +282,10 @@ void clsLogView::PaintLines(const QRect& area) {
 }
 
 void clsLogView::resizeEvent(QResizeEvent* e) {
-    // Whether the end was in sight is a question about the old size.
-    const bool follow = m_top + std::max(1, e->oldSize().height() / m_lineHeight) >= m_rows;
+    // Whether the end was in sight is a question about the lines that fitted before.
+    const bool follow = m_top + m_fitted >= m_rows;
     QAbstractScrollArea::resizeEvent(e);
+    m_fitted = VisibleLineCount();
     m_top = std::clamp<qsizetype>(follow ? MaxTop() : m_top, 0, MaxTop());
     SyncScrollBars();
     viewport()->update();
@@ -297,8 +299,10 @@ void clsLogView::showEvent(QShowEvent* e) {
 void clsLogView::changeEvent(QEvent* e) {
     QAbstractScrollArea::changeEvent(e);
     if (e->type() == QEvent::FontChange) {
+        const bool follow = m_top + m_fitted >= m_rows;
         UpdateMetrics();
-        m_top = std::min(m_top, MaxTop());
+        m_fitted = VisibleLineCount();
+        m_top = std::clamp<qsizetype>(follow ? MaxTop() : m_top, 0, MaxTop());
         SyncScrollBars();
         viewport()->update();
     }

@@ -20,8 +20,9 @@ public:
     // The shortest time between two takes of new lines: about 60 a second.
     static constexpr int FrameMs = 16;
     // And never sooner than this many times the drawing of the last frame took, so that a stream
-    // of lines leaves the drawing at most a fiftieth of the time, whatever the machine.
+    // of lines leaves the drawing about a fiftieth of the time, but at least four times a second.
     static constexpr int FrameCostFactor = 50;
+    static constexpr int SlowestFrameMs = 250;
     // The shortest time between two updates of the scroll bars while lines stream in.
     static constexpr int ScrollBarMs = 200;
 
@@ -85,6 +86,7 @@ private:
     clsBenchLog& m_log;
     qsizetype m_rows = 0;
     qsizetype m_top = 0;
+    qsizetype m_fitted = 1; // lines that fitted at the last change of size or font
     bool m_syncing = false;
     qsizetype m_anchor = -1;
     qsizetype m_current = -1;

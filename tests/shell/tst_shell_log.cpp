@@ -158,6 +158,31 @@ private slots:
         QCOMPARE(w.view.LineAt(w.At(w.view.FirstVisibleLine())), w.view.FirstVisibleLine());
     }
 
+    // A change of size keeps the last line in sight if it was, and the first line otherwise.
+    void resizeKeepsTheEndOrTheLine_data() {
+        QTest::addColumn<int>("scrollTo"); // -1: left at the end
+        QTest::addColumn<int>("height");
+        QTest::newRow("at the end, smaller") << -1 << 200;
+        QTest::newRow("at the end, taller") << -1 << 700;
+        QTest::newRow("scrolled up, smaller") << 100 << 200;
+        QTest::newRow("scrolled up, taller") << 100 << 700;
+    }
+    void resizeKeepsTheEndOrTheLine() {
+        QFETCH(int, scrollTo);
+        QFETCH(int, height);
+        LogWindow w;
+        QVERIFY(QTest::qWaitForWindowExposed(&w.window));
+        w.Append(0, 500);
+        w.view.FlushPending();
+        if (scrollTo >= 0)
+            w.view.verticalScrollBar()->setValue(scrollTo);
+        w.window.resize(600, height);
+        QTRY_COMPARE(w.window.height(), height);
+        const qsizetype visible = w.view.VisibleLineCount();
+        QCOMPARE(w.view.FirstVisibleLine(), scrollTo < 0 ? 500 - visible : scrollTo);
+        QCOMPARE(w.view.verticalScrollBar()->value(), w.view.FirstVisibleLine());
+    }
+
     // However fast lines come, one per turn of the event loop as in a replay, the view takes
     // them in and paints at most once a frame, its scroll bar a few times a second; a hidden
     // view doesn't take them in at all.
