@@ -6,6 +6,9 @@
 //   100 per turn:  1,000,000 lines, a hundred lines a turn;
 //   1M lines:      1,000,000 lines one per turn into an emptied log, timed by the 100,000, then
 //                  the resident memory of the whole process.
+// Beside them, at a replay's pace: a one-shot 1 ms timer re-armed after each tick, as the macro
+// panel plays at delay "0", logging one line a tick, against the same ticks logging nothing; the
+// processor time the log and its window add to a line.
 // Lines are about a hundred characters, drawn from the kinds of line a receipt leaves. The last
 // line is the verdict:
 //   log shown: X us/line one per turn, Y us/line 100 per turn; 1M lines: T s, R MB resident
@@ -17,12 +20,15 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <vector>
 
 namespace {
@@ -35,6 +41,32 @@ struct PaintCounter : QObject {
         return false;
     }
 };
+
+double CpuMs() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+// Processor milliseconds of `ticks` ticks of a re-armed 1 ms timer, each running `tick`.
+template <typename Tick> double PacedCpuMs(int ticks, Tick tick) {
+    QTimer timer;
+    timer.setSingleShot(true);
+    timer.setInterval(1);
+    QEventLoop loop;
+    int done = 0;
+    QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
+        tick(done);
+        if (++done < ticks)
+            timer.start();
+        else
+            loop.quit();
+    });
+    const double start = CpuMs();
+    timer.start();
+    loop.exec();
+    return CpuMs() - start;
+}
 
 double ResidentMiB(const char* field = "VmRSS:") {
     QFile status(QStringLiteral("/proc/self/status"));
@@ -86,7 +118,7 @@ struct Feeder {
     size_t next = 0;
 
     // `lines` lines, `perTurn` at a time with a turn of the event loop after each batch, then the
-    // turns until the view has taken in the last line and painted it. Microseconds a line.
+    // last ones taken in and painted. Microseconds a line.
     double Feed(long lines, int perTurn) {
         QElapsedTimer clock;
         clock.start();
@@ -95,8 +127,9 @@ struct Feeder {
                 log.Append(pool[next++ % pool.size()]);
             QCoreApplication::processEvents();
         }
-        while (view.ShownLineCount() < log.LineCount())
-            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        // The last lines are taken in and drawn now rather than waited for: the wait for the
+        // next frame would be idle time, not work.
+        view.FlushPending();
         QCoreApplication::processEvents();
         return double(clock.nsecsElapsed()) / 1e3 / double(lines);
     }
@@ -142,6 +175,16 @@ int main(int argc, char** argv) {
     const double hundredPerTurn = feeder.Feed(1000000, 100);
     std::printf("100 per turn: 1,000,000 lines, %.2f us a line, %ld paints in %.2f s\n", hundredPerTurn,
                 counter.paints - paints, double(clock.elapsed()) / 1e3);
+
+    constexpr int PacedTicks = 3000;
+    window.cmdClearLog->click();
+    const double idleTicks = PacedCpuMs(PacedTicks, [](int) {});
+    paints = counter.paints;
+    const double loggedTicks =
+        PacedCpuMs(PacedTicks, [&](int i) { log.Append(pool[size_t(i) % pool.size()]); });
+    std::printf("at a replay's pace: %.2f us a line of processor time for the log and its window, %ld paints "
+                "in %d lines\n",
+                (loggedTicks - idleTicks) * 1e3 / PacedTicks, counter.paints - paints, PacedTicks);
 
     window.cmdClearLog->click();
     QCoreApplication::processEvents();

@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopeGuard>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -61,7 +62,7 @@ void clsLogView::OnAppended() {
     if (m_frame.isActive() || !isVisible())
         return;
     const qint64 interval =
-        std::clamp<qint64>(m_paintNs * FrameCostFactor / 1000000, FrameMs, SlowestFrameMs);
+        std::clamp<qint64>(m_frameNs * FrameCostFactor / 1000000, FrameMs, SlowestFrameMs);
     const qint64 since = m_sinceFlush.isValid() ? m_sinceFlush.elapsed() : interval;
     m_frame.start(int(std::clamp<qint64>(interval - since, 0, interval)));
 }
@@ -82,6 +83,7 @@ void clsLogView::FlushPending() {
 void clsLogView::TakeNewLines(bool now) {
     m_frame.stop();
     m_sinceFlush.start();
+    const auto took = qScopeGuard([this] { m_takeNs = m_sinceFlush.nsecsElapsed(); });
     const qsizetype count = m_log.LineCount();
     if (count != m_rows) {
         const bool follow = FollowsEnd();
@@ -246,7 +248,8 @@ void clsLogView::paintEvent(QPaintEvent* e) {
     QElapsedTimer clock;
     clock.start();
     PaintLines(e->rect());
-    m_paintNs = clock.nsecsElapsed();
+    m_frameNs = m_takeNs + clock.nsecsElapsed();
+    m_takeNs = 0;
 }
 
 void clsLogView::PaintLines(const QRect& area) {

@@ -19,9 +19,10 @@ class clsLogView : public QAbstractScrollArea {
 public:
     // The shortest time between two takes of new lines: about 60 a second.
     static constexpr int FrameMs = 16;
-    // And never sooner than this many times the drawing of the last frame took, so that a stream
-    // of lines leaves the drawing about a fiftieth of the time, but at least four times a second.
-    static constexpr int FrameCostFactor = 50;
+    // And never sooner than this many times the last frame took to take in and draw, so that a
+    // stream of lines leaves the view about a hundredth of the time, yet at least four frames a
+    // second: lines that come one at a time still show at once.
+    static constexpr int FrameCostFactor = 100;
     static constexpr int SlowestFrameMs = 250;
     // The shortest time between two updates of the scroll bars while lines stream in.
     static constexpr int ScrollBarMs = 200;
@@ -95,7 +96,8 @@ private:
     int m_charWidth = 1;
     QTimer m_frame;
     QElapsedTimer m_sinceFlush;
-    qint64 m_paintNs = 0; // how long the last paint took
+    qint64 m_takeNs = 0;  // how long taking in the last frame's lines took
+    qint64 m_frameNs = 0; // ... and drawing them
     QTimer m_scrollBars;
     QElapsedTimer m_sinceScrollBars;
 };
