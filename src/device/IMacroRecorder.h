@@ -10,4 +10,7 @@ class IMacroRecorder {
 public:
     virtual ~IMacroRecorder() = default;
     virtual int32_t AddCommand(QString& cmd) = 0;
+    // False when AddCommand would refuse whatever it is handed: the wrapper then doesn't build
+    // the line at all.
+    virtual bool WillRecord() const { return true; }
 };

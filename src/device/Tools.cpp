@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -19,105 +20,111 @@ namespace {
 
 struct NamedValue {
     int32_t value;
-    const char* name;
+    QStringView name;
 };
 
-template <size_t N> QString Lookup(const NamedValue (&table)[N], int32_t value, const char* fallback) {
+// The names are static UTF-16 text: a name handed out costs no allocation, which counts on a
+// path that runs for every logged call.
+QString Static(QStringView text) {
+    return QString::fromRawData(text.data(), text.size());
+}
+
+template <size_t N> QString Lookup(const NamedValue (&table)[N], int32_t value, QStringView fallback) {
     for (const auto& row : table)
         if (row.value == value)
-            return QString::fromLatin1(row.name);
-    return QString::fromLatin1(fallback);
+            return Static(row.name);
+    return Static(fallback);
 }
 
 constexpr NamedValue ResultCodes[] = {
-    {0, "OposSuccess"},      {101, "OposEClosed"},   {102, "OposEClaimed"},  {103, "OposENotclaimed"},
-    {104, "OposENoservice"}, {105, "OposEDisabled"}, {106, "OposEIllegal"},  {107, "OposENohardware"},
-    {108, "OposEOffline"},   {109, "OposENoexist"},  {110, "OposEExists"},   {111, "OposEFailure"},
-    {112, "OposETimeout"},   {113, "OposEBusy"},     {114, "OposEExtended"}, {115, "OposEDeprecated"},
+    {0, u"OposSuccess"},      {101, u"OposEClosed"},   {102, u"OposEClaimed"},  {103, u"OposENotclaimed"},
+    {104, u"OposENoservice"}, {105, u"OposEDisabled"}, {106, u"OposEIllegal"},  {107, u"OposENohardware"},
+    {108, u"OposEOffline"},   {109, u"OposENoexist"},  {110, u"OposEExists"},   {111, u"OposEFailure"},
+    {112, u"OposETimeout"},   {113, u"OposEBusy"},     {114, u"OposEExtended"}, {115, u"OposEDeprecated"},
 };
 
 constexpr NamedValue ExtendedCodes[] = {
-    {201, "OposEfptrCoverOpen"},
-    {202, "OposEfptrJrnEmpty"},
-    {203, "OposEfptrRecEmpty"},
-    {204, "OposEfptrSlpEmpty"},
-    {205, "OposEfptrSlpForm"},
-    {206, "OposEfptrMissingDevices"},
-    {207, "OposEfptrWrongState"},
-    {208, "OposEfptrTechnicalAssistance"},
-    {209, "OposEfptrClockError"},
-    {210, "OposEfptrFiscalMemoryFull"},
-    {211, "OposEfptrFiscalMemoryDisconnected"},
-    {212, "OposEfptrFiscalTotalsError"},
-    {213, "OposEfptrBadItemQuantity"},
-    {214, "OposEfptrBadItemAmount"},
-    {215, "OposEfptrBadItemDescription"},
-    {216, "OposEfptrReceiptTotalOverflow"},
-    {217, "OposEfptrBadVat"},
-    {218, "OposEfptrBadPrice"},
-    {219, "OposEfptrBadDate"},
-    {220, "OposEfptrNegativeTotal"},
-    {221, "OposEfptrWordNotAllowed"},
-    {222, "OposEfptrBadLength"},
-    {223, "OposEfptrMissingSetCurrency"},
+    {201, u"OposEfptrCoverOpen"},
+    {202, u"OposEfptrJrnEmpty"},
+    {203, u"OposEfptrRecEmpty"},
+    {204, u"OposEfptrSlpEmpty"},
+    {205, u"OposEfptrSlpForm"},
+    {206, u"OposEfptrMissingDevices"},
+    {207, u"OposEfptrWrongState"},
+    {208, u"OposEfptrTechnicalAssistance"},
+    {209, u"OposEfptrClockError"},
+    {210, u"OposEfptrFiscalMemoryFull"},
+    {211, u"OposEfptrFiscalMemoryDisconnected"},
+    {212, u"OposEfptrFiscalTotalsError"},
+    {213, u"OposEfptrBadItemQuantity"},
+    {214, u"OposEfptrBadItemAmount"},
+    {215, u"OposEfptrBadItemDescription"},
+    {216, u"OposEfptrReceiptTotalOverflow"},
+    {217, u"OposEfptrBadVat"},
+    {218, u"OposEfptrBadPrice"},
+    {219, u"OposEfptrBadDate"},
+    {220, u"OposEfptrNegativeTotal"},
+    {221, u"OposEfptrWordNotAllowed"},
+    {222, u"OposEfptrBadLength"},
+    {223, u"OposEfptrMissingSetCurrency"},
 };
 
 constexpr NamedValue AdjustmentTypes[] = {
-    {1, "FPTR_AT_AMOUNT_DISCOUNT"},
-    {2, "FPTR_AT_AMOUNT_SURCHARGE"},
-    {3, "FPTR_AT_PERCENTAGE_DISCOUNT"},
-    {4, "FPTR_AT_PERCENTAGE_SURCHARGE"},
+    {1, u"FPTR_AT_AMOUNT_DISCOUNT"},
+    {2, u"FPTR_AT_AMOUNT_SURCHARGE"},
+    {3, u"FPTR_AT_PERCENTAGE_DISCOUNT"},
+    {4, u"FPTR_AT_PERCENTAGE_SURCHARGE"},
 };
 
 constexpr NamedValue States[] = {
-    {1, "OPOS_S_CLOSED"},
-    {2, "OPOS_S_IDLE"},
-    {3, "OPOS_S_BUSY"},
-    {4, "OPOS_S_ERROR"},
+    {1, u"OPOS_S_CLOSED"},
+    {2, u"OPOS_S_IDLE"},
+    {3, u"OPOS_S_BUSY"},
+    {4, u"OPOS_S_ERROR"},
 };
 
 constexpr NamedValue PrinterStates[] = {
-    {0, "UNKNOWN!!! "},
-    {1, "FPTR_PS_MONITOR"},
-    {2, "FPTR_PS_FISCAL_RECEIPT"},
-    {3, "FPTR_PS_FISCAL_RECEIPT_TOTAL"},
-    {4, "FPTR_PS_FISCAL_RECEIPT_ENDING"},
-    {5, "FPTR_PS_FISCAL_DOCUMENT"},
-    {6, "FPTR_PS_FIXED_OUTPUT"},
-    {7, "FPTR_PS_ITEM_LIST"},
-    {8, "FPTR_PS_LOCKED"},
-    {9, "FPTR_PS_NONFISCAL"},
-    {10, "FPTR_PS_REPORT"},
+    {0, u"UNKNOWN!!! "},
+    {1, u"FPTR_PS_MONITOR"},
+    {2, u"FPTR_PS_FISCAL_RECEIPT"},
+    {3, u"FPTR_PS_FISCAL_RECEIPT_TOTAL"},
+    {4, u"FPTR_PS_FISCAL_RECEIPT_ENDING"},
+    {5, u"FPTR_PS_FISCAL_DOCUMENT"},
+    {6, u"FPTR_PS_FIXED_OUTPUT"},
+    {7, u"FPTR_PS_ITEM_LIST"},
+    {8, u"FPTR_PS_LOCKED"},
+    {9, u"FPTR_PS_NONFISCAL"},
+    {10, u"FPTR_PS_REPORT"},
 };
 
 constexpr NamedValue DirectIOCommands[] = {
-    {1000, "DIRECTIO_FPTR_DRAWER_OPEN"},
-    {1001, "DIRECTIO_FPTR_DRAWER_GET"},
-    {1002, "DIRECTIO_FPTR_DRAWER_WAIT"},
-    {1100, "DIRECTIO_FPTR_BMPLOAD"},
-    {1101, "DIRECTIO_FPTR_BMPPRINT"},
-    {1102, "DIRECTIO_FPTR_BMPERASE"},
-    {1200, "DIRECTIO_FPTR_BARCODEPRINT"},
-    {1300, "DIRECTIO_FPTR_DY_SETMODE"},
-    {1301, "DIRECTIO_FPTR_DY_CLEAR"},
-    {1302, "DIRECTIO_FPTR_DY_PRINTTEXT"},
-    {1303, "DIRECTIO_FPTR_DY_BMPLOAD"},
-    {1304, "DIRECTIO_FPTR_DY_BMPERASE"},
-    {1305, "DIRECTIO_FPTR_DY_BMPSHOW"},
-    {1306, "DIRECTIO_FPTR_DY_BMPNOW"},
-    {1307, "DIRECTIO_FPTR_DY_SBYTEXT"},
-    {1308, "DIRECTIO_FPTR_DY_SBYBMP"},
-    {1400, "DIRECTIO_FPTR_CREDITNOTE_BEGIN"},
-    {1401, "DIRECTIO_FPTR_CREDITNOTE_END"},
-    {1500, "DIRECTIO_FPTR_REPORT_EJ"},
-    {1501, "DIRECTIO_FPTR_REPORT_X"},
-    {1502, "DIRECTIO_FPTR_REPORT_REQUEST"},
-    {1600, "DIRECTIO_FPTR_RESET_TOTALIZERS"},
-    {9000, "DIRECTIO_FPTR_SIMULATE_KEYBOARD"},
-    {9001, "DIRECTIO_FPTR_DEPARTMENTCFG"},
-    {9002, "DIRECTIO_FPTR_GETVIRTUALTICKET"},
-    {9003, "DIRECTIO_FPTR_SETPOLLINGTIME"},
-    {9999, "DIRECTIO_FPTR_DEBUG"},
+    {1000, u"DIRECTIO_FPTR_DRAWER_OPEN"},
+    {1001, u"DIRECTIO_FPTR_DRAWER_GET"},
+    {1002, u"DIRECTIO_FPTR_DRAWER_WAIT"},
+    {1100, u"DIRECTIO_FPTR_BMPLOAD"},
+    {1101, u"DIRECTIO_FPTR_BMPPRINT"},
+    {1102, u"DIRECTIO_FPTR_BMPERASE"},
+    {1200, u"DIRECTIO_FPTR_BARCODEPRINT"},
+    {1300, u"DIRECTIO_FPTR_DY_SETMODE"},
+    {1301, u"DIRECTIO_FPTR_DY_CLEAR"},
+    {1302, u"DIRECTIO_FPTR_DY_PRINTTEXT"},
+    {1303, u"DIRECTIO_FPTR_DY_BMPLOAD"},
+    {1304, u"DIRECTIO_FPTR_DY_BMPERASE"},
+    {1305, u"DIRECTIO_FPTR_DY_BMPSHOW"},
+    {1306, u"DIRECTIO_FPTR_DY_BMPNOW"},
+    {1307, u"DIRECTIO_FPTR_DY_SBYTEXT"},
+    {1308, u"DIRECTIO_FPTR_DY_SBYBMP"},
+    {1400, u"DIRECTIO_FPTR_CREDITNOTE_BEGIN"},
+    {1401, u"DIRECTIO_FPTR_CREDITNOTE_END"},
+    {1500, u"DIRECTIO_FPTR_REPORT_EJ"},
+    {1501, u"DIRECTIO_FPTR_REPORT_X"},
+    {1502, u"DIRECTIO_FPTR_REPORT_REQUEST"},
+    {1600, u"DIRECTIO_FPTR_RESET_TOTALIZERS"},
+    {9000, u"DIRECTIO_FPTR_SIMULATE_KEYBOARD"},
+    {9001, u"DIRECTIO_FPTR_DEPARTMENTCFG"},
+    {9002, u"DIRECTIO_FPTR_GETVIRTUALTICKET"},
+    {9003, u"DIRECTIO_FPTR_SETPOLLINGTIME"},
+    {9999, u"DIRECTIO_FPTR_DEBUG"},
 };
 
 bool IsBlank(QChar c) {
@@ -143,7 +150,7 @@ int HexValue(QChar c) {
 }
 
 // Reads "&Hxxxx" (the prefix already at `pos`); nullopt when no hex digit follows.
-std::optional<double> ReadHex(const QString& text, qsizetype pos) {
+std::optional<double> ReadHex(QStringView text, qsizetype pos) {
     double value = 0;
     bool any = false;
     for (qsizetype i = pos + 2; i < text.size(); ++i) {
@@ -158,17 +165,40 @@ std::optional<double> ReadHex(const QString& text, qsizetype pos) {
     return value;
 }
 
-bool StartsWithHexPrefix(const QString& text, qsizetype pos) {
+bool StartsWithHexPrefix(QStringView text, qsizetype pos) {
     return pos + 1 < text.size() && text.at(pos) == u'&' &&
            (text.at(pos + 1) == u'H' || text.at(pos + 1) == u'h');
 }
 
+// What the default locale's number rules need, learnt once per locale: formatting a test number
+// for every amount typed or replayed would cost more than the rest of the conversion.
+struct LocaleNumbers {
+    QLocale locale;
+    bool writesPoint = true;
+    QString decimal;
+    QString minus;
+    QString plus;
+};
+
+const LocaleNumbers& CurrentNumbers() {
+    thread_local std::optional<LocaleNumbers> cached;
+    const QLocale current;
+    if (!cached || cached->locale != current) {
+        QLocale probe = current;
+        probe.setNumberOptions(QLocale::OmitGroupSeparator);
+        const bool point = probe.toString(1000.55, 'f', 2).contains(QLatin1StringView(".55"));
+        cached = LocaleNumbers{current, point, current.decimalPoint(), current.negativeSign(),
+                               current.positiveSign()};
+    }
+    return *cached;
+}
+
 // Decimal text to ten-thousandths, exactly. Blanks may stand around the number only.
-std::optional<Amount> ParseAmount(const QString& text, const QLocale& locale) {
-    const QString t = text.trimmed();
-    const QString sep = locale.decimalPoint();
-    const QString minus = locale.negativeSign();
-    const QString plus = locale.positiveSign();
+std::optional<Amount> ParseAmount(QStringView text, const LocaleNumbers& numbers) {
+    const QStringView t = text.trimmed();
+    const QString& sep = numbers.decimal;
+    const QString& minus = numbers.minus;
+    const QString& plus = numbers.plus;
 
     qsizetype i = 0;
     bool negative = false;
@@ -192,7 +222,7 @@ std::optional<Amount> ParseAmount(const QString& text, const QLocale& locale) {
     uint64_t fraction = 0; // the first four decimals
     int fractionDigits = 0;
     bool roundUp = false;
-    if (i < t.size() && !sep.isEmpty() && QStringView(t).mid(i).startsWith(sep)) {
+    if (i < t.size() && !sep.isEmpty() && t.mid(i).startsWith(sep)) {
         i += sep.size();
         for (; i < t.size() && DigitValue(t.at(i)) >= 0; ++i, ++digits) {
             if (fractionDigits < 4) {
@@ -220,47 +250,67 @@ std::optional<Amount> ParseAmount(const QString& text, const QLocale& locale) {
     return int64_t(magnitude);
 }
 
-bool LocaleWritesPoint() {
-    QLocale locale;
-    locale.setNumberOptions(QLocale::OmitGroupSeparator);
-    return locale.toString(1000.55, 'f', 2).contains(QLatin1StringView(".55"));
+// Writes the decimal digits of `value` before `end` and returns where they begin.
+char16_t* WriteDigits(char16_t* end, uint64_t value) {
+    do {
+        *--end = char16_t(u'0' + value % 10);
+        value /= 10;
+    } while (value != 0);
+    return end;
 }
 
 } // namespace
 
 QString ResultCodeName(int32_t code) {
-    return Lookup(ResultCodes, code, "Opos#undefined#");
+    return Lookup(ResultCodes, code, u"Opos#undefined#");
 }
 QString ResultCodeExtendedName(int32_t code) {
-    return Lookup(ExtendedCodes, code, "");
+    return Lookup(ExtendedCodes, code, u"");
 }
 QString AdjustmentTypeName(int32_t type) {
-    return Lookup(AdjustmentTypes, type, "INVALID AdjutmentType");
+    return Lookup(AdjustmentTypes, type, u"INVALID AdjutmentType");
 }
 QString StateName(int32_t state) {
-    return Lookup(States, state, "STATE OUT OF RANGE");
+    return Lookup(States, state, u"STATE OUT OF RANGE");
 }
 QString PrinterStateName(int32_t state) {
-    return Lookup(PrinterStates, state, "");
+    return Lookup(PrinterStates, state, u"");
 }
 QString DirectIOCommandName(int32_t command) {
-    return Lookup(DirectIOCommands, command, "UNDEFINED DIRECTIO COMMAND");
+    return Lookup(DirectIOCommands, command, u"UNDEFINED DIRECTIO COMMAND");
 }
 
-QString AmountToText(Amount value) {
+void AppendAmountText(QString& out, Amount value) {
     const bool negative = value < 0;
     // Unsigned, so that the most negative amount has a magnitude too.
     const uint64_t magnitude = negative ? uint64_t(0) - uint64_t(value) : uint64_t(value);
     const uint64_t cents = magnitude / 100 + (magnitude % 100 >= 50 ? 1 : 0);
-    QString text;
+    char16_t buffer[32];
+    char16_t* const end = buffer + std::size(buffer);
+    char16_t* p = end;
+    *--p = char16_t(u'0' + cents % 10);
+    *--p = char16_t(u'0' + cents / 10 % 10);
+    *--p = u'.';
+    p = WriteDigits(p, cents / 100);
     if (negative && cents != 0)
-        text += u'-';
-    text += QString::number(cents / 100);
-    text += u'.';
-    const uint64_t rest = cents % 100;
-    if (rest < 10)
-        text += u'0';
-    text += QString::number(rest);
+        *--p = u'-';
+    out.append(reinterpret_cast<const QChar*>(p), end - p);
+}
+
+void AppendLongText(QString& out, int64_t value) {
+    const bool negative = value < 0;
+    char16_t buffer[24];
+    char16_t* const end = buffer + std::size(buffer);
+    char16_t* p = WriteDigits(end, negative ? uint64_t(0) - uint64_t(value) : uint64_t(value));
+    if (negative)
+        *--p = u'-';
+    out.append(reinterpret_cast<const QChar*>(p), end - p);
+}
+
+QString AmountToText(Amount value) {
+    QString text;
+    text.reserve(24);
+    AppendAmountText(text, value);
     return text;
 }
 
@@ -285,7 +335,8 @@ QString EscTokensToBytes(const QString& text) {
 }
 
 Amount TextToAmount(QString& text) {
-    if (LocaleWritesPoint()) {
+    const LocaleNumbers& numbers = CurrentNumbers();
+    if (numbers.writesPoint) {
         const qsizetype at = text.indexOf(u',');
         if (at >= 0)
             text[at] = u'.';
@@ -294,13 +345,13 @@ Amount TextToAmount(QString& text) {
         if (at >= 0)
             text[at] = u',';
     }
-    if (const auto value = ParseAmount(text, QLocale()))
+    if (const auto value = ParseAmount(text, numbers))
         return *value;
     ShowMessage(QStringLiteral("Bad Format for ") + text + QStringLiteral("...returning 0"), MsgButtons::Ok);
     return 0;
 }
 
-double LeadingNumber(const QString& text) {
+double LeadingNumber(QStringView text) {
     qsizetype i = 0;
     while (i < text.size() && IsBlank(text.at(i)))
         ++i;
@@ -346,7 +397,7 @@ double LeadingNumber(const QString& text) {
     return ec == std::errc() ? value : 0.0;
 }
 
-std::optional<int32_t> LeadingInteger(const QString& text) {
+std::optional<int32_t> LeadingInteger(QStringView text) {
     const double rounded = std::nearbyint(LeadingNumber(text));
     if (!std::isfinite(rounded) || rounded < -2147483648.0 || rounded > 2147483647.0)
         return std::nullopt;

@@ -21,6 +21,10 @@ QString DirectIOCommandName(int32_t command);
 
 // An amount as it stands in macro and log lines: point, two decimals, half away from zero.
 QString AmountToText(Amount value);
+// The same text, and a number as plain decimal, appended in place: lines of the log are built in
+// one piece.
+void AppendAmountText(QString& out, Amount value);
+void AppendLongText(QString& out, int64_t value);
 
 QString EscBytesToTokens(const QString& text);
 QString CrLfToTokens(const QString& text);
@@ -32,10 +36,10 @@ QString EscTokensToBytes(const QString& text);
 Amount TextToAmount(QString& text);
 
 // The number at the start of a text (point as separator, "&H" for hexadecimal); 0 when none.
-double LeadingNumber(const QString& text);
+double LeadingNumber(QStringView text);
 // LeadingNumber rounded half to even; nullopt when it does not fit 32 bits, so the caller can
 // skip its device call.
-std::optional<int32_t> LeadingInteger(const QString& text);
+std::optional<int32_t> LeadingInteger(QStringView text);
 // The whole text as a number, rounded half to even; nullopt when it can't be read or does not
 // fit 16 bits: the caller then sends nothing.
 std::optional<int16_t> StrictInteger(const QString& text);

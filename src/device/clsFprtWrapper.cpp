@@ -2,35 +2,74 @@
 
 #include "Tools.h"
 
-#include <QStringList>
-
-using Tools::AmountToText;
-
 namespace {
 
-QString Quoted(const QString& text) {
-    return QLatin1Char('"') + text + QLatin1Char('"');
+// Room for a usual line and its result tail: a line is built in one allocation.
+constexpr qsizetype LineReserve = 160;
+
+// Fields and arguments as they are written into a line.
+struct Num {
+    int32_t value;
+};
+struct Money {
+    Amount value;
+};
+struct Quote {
+    const QString& text;
+};
+// Booleans of method arguments travel as the numbers True = -1, False = 0; property lines use words.
+Num Flag(bool value) {
+    return {value ? -1 : 0};
 }
 
-// Booleans of method arguments travel as the numbers True = -1, False = 0; property lines use words.
-QString BoolNumber(bool value) {
-    return QString::number(value ? -1 : 0);
+void Put(QString& out, const QString& text) {
+    out += text;
+}
+void Put(QString& out, Num n) {
+    Tools::AppendLongText(out, n.value);
+}
+void Put(QString& out, Money m) {
+    Tools::AppendAmountText(out, m.value);
+}
+void Put(QString& out, Quote q) {
+    out += u'"';
+    out += q.text;
+    out += u'"';
+}
+// DirectIO's block in a macro line: its elements as fields of their own.
+void Put(QString& out, const DirectIOData& data) {
+    bool first = true;
+    for (const int32_t e : data) {
+        if (!first)
+            out += u'$';
+        first = false;
+        Tools::AppendLongText(out, e);
+    }
+}
+
+// The command word and its fields joined by "$", nothing escaped.
+template <typename... Fields> QString MacroLine(const char* word, const Fields&... fields) {
+    QString line;
+    line.reserve(LineReserve);
+    line += QLatin1StringView(word);
+    ((line += u'$', Put(line, fields)), ...);
+    return line;
+}
+
+// "Name(arg, arg)", the start of a log line.
+template <typename... Args> QString CallText(const char* name, const Args&... args) {
+    QString line;
+    line.reserve(LineReserve);
+    line += QLatin1StringView(name);
+    line += u'(';
+    [[maybe_unused]] QLatin1StringView separator;
+    ((line += separator, Put(line, args), separator = QLatin1StringView(", ")), ...);
+    line += u')';
+    return line;
 }
 
 QString BoolWord(bool value) {
     return value ? QStringLiteral("True") : QStringLiteral("False");
-}
-
-// The command word and its fields joined by "$", nothing escaped.
-QString MacroLine(const char* word, const QStringList& fields = {}) {
-    QString line = QLatin1StringView(word);
-    for (const QString& f : fields)
-        line += QLatin1Char('$') + f;
-    return line;
-}
-
-QString CallText(const char* name, const QStringList& args = {}) {
-    return QLatin1StringView(name) + QLatin1Char('(') + args.join(QStringLiteral(", ")) + QLatin1Char(')');
 }
 
 } // namespace
@@ -38,375 +77,379 @@ QString CallText(const char* name, const QStringList& args = {}) {
 clsFprtWrapper::clsFprtWrapper(IFiscalPrinter& control, ILogWriter& log, IMacroRecorder* recorder)
     : m_control(control), m_log(log), m_recorder(recorder) {}
 
-QString clsFprtWrapper::LongText(int32_t value) {
-    return QString::number(value);
-}
-
-QString clsFprtWrapper::ResultTail() {
+void clsFprtWrapper::AppendResultTail(QString& line) {
     const int32_t code = m_control.ResultCode();
     const int32_t extended = m_control.ResultCodeExtended();
     const QString error = m_control.ErrorString();
-    QString tail = QStringLiteral("     -> ") + Tools::ResultCodeName(code) + QLatin1Char('(') +
-                   LongText(code) + QLatin1Char(')');
+    line += QLatin1StringView("     -> ");
+    line += Tools::ResultCodeName(code);
+    line += u'(';
+    Tools::AppendLongText(line, code);
+    line += u')';
     if (code == 0)
-        return tail;
-    return tail + QStringLiteral("  ") + Tools::ResultCodeExtendedName(extended) + QLatin1Char('(') +
-           LongText(extended) + QStringLiteral(")  ") + error;
+        return;
+    line += QLatin1StringView("  ");
+    line += Tools::ResultCodeExtendedName(extended);
+    line += u'(';
+    Tools::AppendLongText(line, extended);
+    line += QLatin1StringView(")  ");
+    line += error;
 }
 
-void clsFprtWrapper::Record(QString line) {
-    if (m_recorder)
-        m_recorder->AddCommand(line);
+bool clsFprtWrapper::WillRecord() const {
+    return m_recorder && m_recorder->WillRecord();
+}
+
+template <typename... Fields> void clsFprtWrapper::Record(const char* word, const Fields&... fields) {
+    if (!WillRecord())
+        return;
+    QString line = MacroLine(word, fields...);
+    m_recorder->AddCommand(line);
+}
+
+void clsFprtWrapper::LogCall(QString line) {
+    AppendResultTail(line);
+    WriteLog(line);
 }
 
 // ---- Methods ------------------------------------------------------------------------------------
 
 int32_t clsFprtWrapper::WOpen(QString DeviceName) {
-    Record(MacroLine("F_Open", {DeviceName}));
+    Record("F_Open", DeviceName);
     const int32_t rc = m_control.Open(DeviceName);
-    WriteLog(QStringLiteral("Open((") + DeviceName + QLatin1Char(')') + ResultTail());
+    // Open and Close begin their lines with a doubled bracket, as readers of old logs know them.
+    LogCall(CallText("Open(", DeviceName));
     return rc;
 }
 
 int32_t clsFprtWrapper::WClose() {
-    Record(MacroLine("F_Close"));
+    Record("F_Close");
     const int32_t rc = m_control.Close();
-    WriteLog(QStringLiteral("Close(()") + ResultTail());
+    LogCall(CallText("Close("));
     return rc;
 }
 
 int32_t clsFprtWrapper::BeginFiscalReceipt(bool printheader) {
-    Record(MacroLine("F_BeginFiscalReceipt", {BoolNumber(printheader)}));
+    Record("F_BeginFiscalReceipt", Flag(printheader));
     const int32_t rc = m_control.BeginFiscalReceipt(printheader);
-    WriteLog(CallText("BeginFiscalReceipt", {BoolNumber(printheader)}) + ResultTail());
+    LogCall(CallText("BeginFiscalReceipt", Flag(printheader)));
     return rc;
 }
 
 int32_t clsFprtWrapper::BeginNonFiscal() {
-    Record(MacroLine("F_BeginNonFiscal"));
+    Record("F_BeginNonFiscal");
     const int32_t rc = m_control.BeginNonFiscal();
-    WriteLog(CallText("BeginNonFiscal") + ResultTail());
+    LogCall(CallText("BeginNonFiscal"));
     return rc;
 }
 
 int32_t clsFprtWrapper::BeginTraining() {
-    Record(MacroLine("F_BeginTraining"));
+    Record("F_BeginTraining");
     const int32_t rc = m_control.BeginTraining();
-    WriteLog(CallText("BeginTraining") + ResultTail());
+    LogCall(CallText("BeginTraining"));
     return rc;
 }
 
 int32_t clsFprtWrapper::CheckHealth(int32_t lvl) {
-    Record(MacroLine("F_CheckHealth", {LongText(lvl)}));
+    Record("F_CheckHealth", Num{lvl});
     const int32_t rc = m_control.CheckHealth(lvl);
-    WriteLog(CallText("CheckHealth", {LongText(lvl)}) + ResultTail());
+    LogCall(CallText("CheckHealth", Num{lvl}));
     return rc;
 }
 
 int32_t clsFprtWrapper::ClearError() {
-    Record(MacroLine("F_ClearError"));
+    Record("F_ClearError");
     const int32_t rc = m_control.ClearError();
-    WriteLog(CallText("ClearError") + ResultTail());
+    LogCall(CallText("ClearError"));
     return rc;
 }
 
 int32_t clsFprtWrapper::ClearOutput() {
-    Record(MacroLine("F_ClearOutput"));
+    Record("F_ClearOutput");
     const int32_t rc = m_control.ClearOutput();
-    WriteLog(CallText("ClearOutput") + ResultTail());
+    LogCall(CallText("ClearOutput"));
     return rc;
 }
 
 int32_t clsFprtWrapper::DirectIO(int32_t& Command, DirectIOData& pData, QString& pString) {
-    const auto elements = [&pData] {
-        QStringList texts;
-        for (const int32_t e : pData)
-            texts.append(LongText(e));
-        return texts;
-    };
-    Record(MacroLine("F_DirectIO", QStringList{LongText(Command)} + elements() + QStringList{pString}));
+    Record("F_DirectIO", Num{Command}, pData, pString);
     const int32_t rc = m_control.DirectIO(Command, pData, pString);
-    WriteLog(QStringLiteral("DirectIO(") + Tools::DirectIOCommandName(Command) + QStringLiteral(", {") +
-             elements().join(QStringLiteral(", ")) + QStringLiteral("}, ") + pString + QLatin1Char(')') +
-             ResultTail());
+    QString line;
+    line.reserve(LineReserve);
+    line += QLatin1StringView("DirectIO(");
+    line += Tools::DirectIOCommandName(Command);
+    line += QLatin1StringView(", {");
+    bool first = true;
+    for (const int32_t e : pData) {
+        if (!first)
+            line += QLatin1StringView(", ");
+        first = false;
+        Tools::AppendLongText(line, e);
+    }
+    line += QLatin1StringView("}, ");
+    line += pString;
+    line += u')';
+    LogCall(std::move(line));
     return rc;
 }
 
 int32_t clsFprtWrapper::EndFiscalReceipt(bool printheader) {
-    Record(MacroLine("F_EndFiscalReceipt", {BoolNumber(printheader)}));
+    Record("F_EndFiscalReceipt", Flag(printheader));
     const int32_t rc = m_control.EndFiscalReceipt(printheader);
-    WriteLog(QStringLiteral("EndFiscalReceipt(, ") + BoolNumber(printheader) + QLatin1Char(')') +
-             ResultTail());
+    // The comma before the argument belongs to this line, as readers of old logs know it.
+    LogCall(CallText("EndFiscalReceipt", QString(), Flag(printheader)));
     return rc;
 }
 
 int32_t clsFprtWrapper::EndNonFiscal() {
-    Record(MacroLine("F_EndNonFiscal"));
+    Record("F_EndNonFiscal");
     const int32_t rc = m_control.EndNonFiscal();
-    WriteLog(CallText("EndNonFiscal") + ResultTail());
+    LogCall(CallText("EndNonFiscal"));
     return rc;
 }
 
 int32_t clsFprtWrapper::EndTraining() {
-    Record(MacroLine("F_EndTraining"));
+    Record("F_EndTraining");
     const int32_t rc = m_control.EndTraining();
-    WriteLog(CallText("EndTraining") + ResultTail());
+    LogCall(CallText("EndTraining"));
     return rc;
 }
 
 int32_t clsFprtWrapper::GetData(int32_t dataitem, int32_t optArgs, QString& Data) {
-    Record(MacroLine("F_GetData", {LongText(dataitem), LongText(optArgs)}));
+    Record("F_GetData", Num{dataitem}, Num{optArgs});
     const int32_t rc = m_control.GetData(dataitem, optArgs, Data);
-    WriteLog(CallText("GetData", {LongText(dataitem), LongText(optArgs)}) + ResultTail());
+    LogCall(CallText("GetData", Num{dataitem}, Num{optArgs}));
     return rc;
 }
 
 int32_t clsFprtWrapper::GetDate(QString& oDate) {
-    Record(MacroLine("F_GetDate"));
+    Record("F_GetDate");
     const int32_t rc = m_control.GetDate(oDate);
-    WriteLog(CallText("GetDate") + ResultTail());
+    LogCall(CallText("GetDate"));
     return rc;
 }
 
 int32_t clsFprtWrapper::GetTotalizer(int32_t VatId, int32_t optArgs, QString& Data) {
-    Record(MacroLine("F_GetTotalizer", {LongText(VatId), LongText(optArgs)}));
+    Record("F_GetTotalizer", Num{VatId}, Num{optArgs});
     const int32_t rc = m_control.GetTotalizer(VatId, optArgs, Data);
-    WriteLog(CallText("GetTotalizer", {LongText(VatId), LongText(optArgs)}) + ResultTail());
+    LogCall(CallText("GetTotalizer", Num{VatId}, Num{optArgs}));
     return rc;
 }
 
 int32_t clsFprtWrapper::GetVatEntry(int32_t VatId, int32_t optArgs, int32_t& VatRate) {
-    Record(MacroLine("F_GetVatEntry", {LongText(VatId), LongText(optArgs)}));
+    Record("F_GetVatEntry", Num{VatId}, Num{optArgs});
     const int32_t rc = m_control.GetVatEntry(VatId, optArgs, VatRate);
-    WriteLog(CallText("GetVatEntry", {LongText(VatId), LongText(optArgs)}) + ResultTail());
+    LogCall(CallText("GetVatEntry", Num{VatId}, Num{optArgs}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintDuplicateReceipt() {
-    Record(MacroLine("F_PrintDuplicateReceipt"));
+    Record("F_PrintDuplicateReceipt");
     const int32_t rc = m_control.PrintDuplicateReceipt();
-    WriteLog(CallText("PrintDuplicateReceipt") + ResultTail());
+    LogCall(CallText("PrintDuplicateReceipt"));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintNormal(int32_t station, QString Data) {
-    Record(MacroLine("F_PrintNormal", {LongText(station), Data}));
+    Record("F_PrintNormal", Num{station}, Data);
     const int32_t rc = m_control.PrintNormal(station, Data);
-    WriteLog(CallText("PrintNormal", {LongText(station), Data}) + ResultTail());
+    LogCall(CallText("PrintNormal", Num{station}, Data));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintPeriodicTotalsReport(QString Date1, QString Date2) {
-    Record(MacroLine("F_PrintPeriodicTotalsReport", {Date1, Date2}));
+    Record("F_PrintPeriodicTotalsReport", Date1, Date2);
     const int32_t rc = m_control.PrintPeriodicTotalsReport(Date1, Date2);
-    WriteLog(CallText("PrintPeriodicTotalsReport", {Date1, Date2}) + ResultTail());
+    LogCall(CallText("PrintPeriodicTotalsReport", Date1, Date2));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecItem(QString Description, Amount price, int32_t quantity, int32_t vatInfo,
                                      Amount unitPrice, QString unitName) {
-    Record(MacroLine("F_PrintRecItem", {Description, AmountToText(price), LongText(quantity),
-                                        LongText(vatInfo), AmountToText(unitPrice), unitName}));
+    Record("F_PrintRecItem", Description, Money{price}, Num{quantity}, Num{vatInfo}, Money{unitPrice},
+           unitName);
     const int32_t rc = m_control.PrintRecItem(Description, price, quantity, vatInfo, unitPrice, unitName);
-    WriteLog(CallText("PrintRecItem", {Quoted(Description), AmountToText(price), LongText(quantity),
-                                       LongText(vatInfo), AmountToText(unitPrice), Quoted(unitName)}) +
-             ResultTail());
+    LogCall(CallText("PrintRecItem", Quote{Description}, Money{price}, Num{quantity}, Num{vatInfo},
+                     Money{unitPrice}, Quote{unitName}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecItemAdjustment(int32_t adjustmentType, QString Description, Amount amount,
                                                int32_t vatInfo) {
-    Record(MacroLine("F_PrintRecItemAdjustment",
-                     {LongText(adjustmentType), Description, AmountToText(amount), LongText(vatInfo)}));
+    Record("F_PrintRecItemAdjustment", Num{adjustmentType}, Description, Money{amount}, Num{vatInfo});
     const int32_t rc = m_control.PrintRecItemAdjustment(adjustmentType, Description, amount, vatInfo);
-    WriteLog(
-        CallText("PrintRecItemAdjustment", {Tools::AdjustmentTypeName(adjustmentType), Quoted(Description),
-                                            AmountToText(amount), LongText(vatInfo)}) +
-        ResultTail());
+    LogCall(CallText("PrintRecItemAdjustment", Tools::AdjustmentTypeName(adjustmentType), Quote{Description},
+                     Money{amount}, Num{vatInfo}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecItemAdjustmentVoid(int32_t adjustmentType, QString Description, Amount amount,
                                                    int32_t vatInfo) {
-    Record(MacroLine("F_PrintRecItemAdjustmentVoid",
-                     {LongText(adjustmentType), Description, AmountToText(amount), LongText(vatInfo)}));
+    Record("F_PrintRecItemAdjustmentVoid", Num{adjustmentType}, Description, Money{amount}, Num{vatInfo});
     const int32_t rc = m_control.PrintRecItemAdjustmentVoid(adjustmentType, Description, amount, vatInfo);
-    WriteLog(CallText("PrintRecItemAdjustmentVoid",
-                      {Tools::AdjustmentTypeName(adjustmentType), Quoted(Description), AmountToText(amount),
-                       LongText(vatInfo)}) +
-             ResultTail());
+    LogCall(CallText("PrintRecItemAdjustmentVoid", Tools::AdjustmentTypeName(adjustmentType),
+                     Quote{Description}, Money{amount}, Num{vatInfo}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecItemVoid(QString Description, Amount price, int32_t quantity, int32_t vatInfo,
                                          Amount unitPrice, QString unitName) {
-    Record(MacroLine("F_PrintRecItemVoid", {Description, AmountToText(price), LongText(quantity),
-                                            LongText(vatInfo), AmountToText(unitPrice), unitName}));
+    Record("F_PrintRecItemVoid", Description, Money{price}, Num{quantity}, Num{vatInfo}, Money{unitPrice},
+           unitName);
     const int32_t rc = m_control.PrintRecItemVoid(Description, price, quantity, vatInfo, unitPrice, unitName);
     // unitName unquoted, unlike PrintRecItem: readers of old logs expect this line as it was.
-    WriteLog(CallText("PrintRecItemVoid", {Quoted(Description), AmountToText(price), LongText(quantity),
-                                           LongText(vatInfo), AmountToText(unitPrice), unitName}) +
-             ResultTail());
+    LogCall(CallText("PrintRecItemVoid", Quote{Description}, Money{price}, Num{quantity}, Num{vatInfo},
+                     Money{unitPrice}, unitName));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecMessage(QString Message) {
-    Record(MacroLine("F_PrintRecMessage", {Message}));
+    Record("F_PrintRecMessage", Message);
     const int32_t rc = m_control.PrintRecMessage(Message);
-    WriteLog(CallText("PrintRecMessage", {Quoted(Message)}) + ResultTail());
+    LogCall(CallText("PrintRecMessage", Quote{Message}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecNotPaid(QString Description, Amount amount) {
-    Record(MacroLine("F_PrintRecNotPaid", {Description, AmountToText(amount)}));
+    Record("F_PrintRecNotPaid", Description, Money{amount});
     const int32_t rc = m_control.PrintRecNotPaid(Description, amount);
-    WriteLog(CallText("PrintRecNotPaid", {Quoted(Description), AmountToText(amount)}) + ResultTail());
+    LogCall(CallText("PrintRecNotPaid", Quote{Description}, Money{amount}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecRefund(QString Description, Amount amount, int32_t vatInfo) {
-    Record(MacroLine("F_PrintRecRefund", {Description, AmountToText(amount), LongText(vatInfo)}));
+    Record("F_PrintRecRefund", Description, Money{amount}, Num{vatInfo});
     const int32_t rc = m_control.PrintRecRefund(Description, amount, vatInfo);
-    WriteLog(CallText("PrintRecRefund", {Quoted(Description), AmountToText(amount), LongText(vatInfo)}) +
-             ResultTail());
+    LogCall(CallText("PrintRecRefund", Quote{Description}, Money{amount}, Num{vatInfo}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecRefundVoid(QString Description, Amount amount, int32_t vatInfo) {
-    Record(MacroLine("F_PrintRecRefundVoid", {Description, AmountToText(amount), LongText(vatInfo)}));
+    Record("F_PrintRecRefundVoid", Description, Money{amount}, Num{vatInfo});
     const int32_t rc = m_control.PrintRecRefundVoid(Description, amount, vatInfo);
-    WriteLog(CallText("PrintRecRefundVoid", {Quoted(Description), AmountToText(amount), LongText(vatInfo)}) +
-             ResultTail());
+    LogCall(CallText("PrintRecRefundVoid", Quote{Description}, Money{amount}, Num{vatInfo}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecSubtotal(Amount amount) {
-    Record(MacroLine("F_PrintRecSubtotal", {AmountToText(amount)}));
+    Record("F_PrintRecSubtotal", Money{amount});
     const int32_t rc = m_control.PrintRecSubtotal(amount);
-    WriteLog(CallText("PrintRecSubtotal", {AmountToText(amount)}) + ResultTail());
+    LogCall(CallText("PrintRecSubtotal", Money{amount}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecSubtotalAdjustment(int32_t adjustmentType, QString Description,
                                                    Amount amount) {
-    Record(MacroLine("F_PrintRecSubtotalAdjustment",
-                     {LongText(adjustmentType), Description, AmountToText(amount)}));
+    Record("F_PrintRecSubtotalAdjustment", Num{adjustmentType}, Description, Money{amount});
     const int32_t rc = m_control.PrintRecSubtotalAdjustment(adjustmentType, Description, amount);
-    WriteLog(CallText("PrintRecSubtotalAdjustment", {Tools::AdjustmentTypeName(adjustmentType),
-                                                     Quoted(Description), AmountToText(amount)}) +
-             ResultTail());
+    LogCall(CallText("PrintRecSubtotalAdjustment", Tools::AdjustmentTypeName(adjustmentType),
+                     Quote{Description}, Money{amount}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecSubtotalAdjustVoid(int32_t adjustmentType, Amount amount) {
-    Record(MacroLine("F_PrintRecSubtotalAdjustVoid", {LongText(adjustmentType), AmountToText(amount)}));
+    Record("F_PrintRecSubtotalAdjustVoid", Num{adjustmentType}, Money{amount});
     const int32_t rc = m_control.PrintRecSubtotalAdjustVoid(adjustmentType, amount);
-    WriteLog(CallText("PrintRecSubtotalAdjustVoid",
-                      {Tools::AdjustmentTypeName(adjustmentType), AmountToText(amount)}) +
-             ResultTail());
+    LogCall(CallText("PrintRecSubtotalAdjustVoid", Tools::AdjustmentTypeName(adjustmentType), Money{amount}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecTotal(Amount Total, Amount Payment, QString Description) {
-    Record(MacroLine("F_PrintRecTotal", {AmountToText(Total), AmountToText(Payment), Description}));
+    Record("F_PrintRecTotal", Money{Total}, Money{Payment}, Description);
     const int32_t rc = m_control.PrintRecTotal(Total, Payment, Description);
-    WriteLog(CallText("PrintRecTotal", {AmountToText(Total), AmountToText(Payment), Quoted(Description)}) +
-             ResultTail());
+    LogCall(CallText("PrintRecTotal", Money{Total}, Money{Payment}, Quote{Description}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintRecVoid(QString Description) {
-    Record(MacroLine("F_PrintRecVoid", {Description}));
+    Record("F_PrintRecVoid", Description);
     const int32_t rc = m_control.PrintRecVoid(Description);
-    WriteLog(CallText("PrintRecVoid", {Quoted(Description)}) + ResultTail());
+    LogCall(CallText("PrintRecVoid", Quote{Description}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintReport(int32_t ReportType, QString startnum, QString endnum) {
-    Record(MacroLine("F_PrintReport", {LongText(ReportType), startnum, endnum}));
+    Record("F_PrintReport", Num{ReportType}, startnum, endnum);
     const int32_t rc = m_control.PrintReport(ReportType, startnum, endnum);
-    WriteLog(CallText("PrintReport", {LongText(ReportType), Quoted(startnum), Quoted(endnum)}) +
-             ResultTail());
+    LogCall(CallText("PrintReport", Num{ReportType}, Quote{startnum}, Quote{endnum}));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintXReport() {
-    Record(MacroLine("F_PrintXReport"));
+    Record("F_PrintXReport");
     const int32_t rc = m_control.PrintXReport();
-    WriteLog(CallText("PrintXReport") + ResultTail());
+    LogCall(CallText("PrintXReport"));
     return rc;
 }
 
 int32_t clsFprtWrapper::PrintZReport() {
-    Record(MacroLine("F_PrintZReport"));
+    Record("F_PrintZReport");
     const int32_t rc = m_control.PrintZReport();
-    WriteLog(CallText("PrintZReport") + ResultTail());
+    LogCall(CallText("PrintZReport"));
     return rc;
 }
 
 int32_t clsFprtWrapper::ReleaseDevice() {
-    Record(MacroLine("F_ReleaseDevice"));
+    Record("F_ReleaseDevice");
     const int32_t rc = m_control.ReleaseDevice();
-    WriteLog(CallText("ReleaseDevice") + ResultTail());
+    LogCall(CallText("ReleaseDevice"));
     return rc;
 }
 
 int32_t clsFprtWrapper::ResetPrinter() {
-    Record(MacroLine("F_ResetPrinter"));
+    Record("F_ResetPrinter");
     const int32_t rc = m_control.ResetPrinter();
-    WriteLog(CallText("ResetPrinter") + ResultTail());
+    LogCall(CallText("ResetPrinter"));
     return rc;
 }
 
 int32_t clsFprtWrapper::SetDate(QString oDate) {
-    Record(MacroLine("F_SetDate", {oDate}));
+    Record("F_SetDate", oDate);
     const int32_t rc = m_control.SetDate(oDate);
-    WriteLog(CallText("SetDate", {Quoted(oDate)}) + ResultTail());
+    LogCall(CallText("SetDate", Quote{oDate}));
     return rc;
 }
 
 int32_t clsFprtWrapper::SetHeaderLine(int32_t LineNumber, QString Text, bool DoubleWidth) {
-    Record(MacroLine("F_SetHeaderLine", {LongText(LineNumber), Text, BoolNumber(DoubleWidth)}));
+    Record("F_SetHeaderLine", Num{LineNumber}, Text, Flag(DoubleWidth));
     const int32_t rc = m_control.SetHeaderLine(LineNumber, Text, DoubleWidth);
-    WriteLog(CallText("SetHeaderLine", {LongText(LineNumber), Quoted(Text), BoolNumber(DoubleWidth)}) +
-             ResultTail());
+    LogCall(CallText("SetHeaderLine", Num{LineNumber}, Quote{Text}, Flag(DoubleWidth)));
     return rc;
 }
 
 int32_t clsFprtWrapper::SetPOSID(QString POSID, QString CashierID) {
-    Record(MacroLine("F_SetPOSID", {POSID, CashierID}));
+    Record("F_SetPOSID", POSID, CashierID);
     const int32_t rc = m_control.SetPOSID(POSID, CashierID);
-    WriteLog(CallText("SetPOSID", {Quoted(POSID), Quoted(CashierID)}) + ResultTail());
+    LogCall(CallText("SetPOSID", Quote{POSID}, Quote{CashierID}));
     return rc;
 }
 
 int32_t clsFprtWrapper::SetTrailerLine(int32_t LineNumber, QString Text, bool DoubleWidth) {
-    Record(MacroLine("F_SetTrailerLine", {LongText(LineNumber), Text, BoolNumber(DoubleWidth)}));
+    Record("F_SetTrailerLine", Num{LineNumber}, Text, Flag(DoubleWidth));
     const int32_t rc = m_control.SetTrailerLine(LineNumber, Text, DoubleWidth);
-    WriteLog(CallText("SetTrailerLine", {LongText(LineNumber), Quoted(Text), BoolNumber(DoubleWidth)}) +
-             ResultTail());
+    LogCall(CallText("SetTrailerLine", Num{LineNumber}, Quote{Text}, Flag(DoubleWidth)));
     return rc;
 }
 
 int32_t clsFprtWrapper::SetVatTable() {
     // The one argument-less word recorded with a trailing "$": one empty field.
-    Record(QStringLiteral("F_SetVatTable$"));
+    Record("F_SetVatTable", QString());
     const int32_t rc = m_control.SetVatTable();
-    WriteLog(CallText("SetVatTable") + ResultTail());
+    LogCall(CallText("SetVatTable"));
     return rc;
 }
 
 int32_t clsFprtWrapper::SetVatValue(int32_t VatId, QString VatValue) {
-    Record(MacroLine("F_SetVatValue", {LongText(VatId), VatValue}));
+    Record("F_SetVatValue", Num{VatId}, VatValue);
     const int32_t rc = m_control.SetVatValue(VatId, VatValue);
-    WriteLog(CallText("SetVatValue", {LongText(VatId), VatValue}) + ResultTail());
+    LogCall(CallText("SetVatValue", Num{VatId}, VatValue));
     return rc;
 }
 
 int32_t clsFprtWrapper::ClaimDevice(int32_t Timeout) {
-    Record(MacroLine("F_ClaimDevice", {LongText(Timeout)}));
+    Record("F_ClaimDevice", Num{Timeout});
     const int32_t rc = m_control.ClaimDevice(Timeout);
-    WriteLog(CallText("ClaimDevice", {LongText(Timeout)}) + ResultTail());
+    LogCall(CallText("ClaimDevice", Num{Timeout}));
     return rc;
 }
 
@@ -416,46 +459,54 @@ namespace {
 
 // The bench-side value of a read and its log line, from what the control handed over.
 QVariant LogRead(const PropertyInfo& info, const QVariant& controlValue, ILogWriter& log) {
-    const QString name = QLatin1StringView(info.name);
     QVariant value;
     QString line;
+    line.reserve(LineReserve);
+    line += QLatin1StringView(info.name);
+    line += QLatin1StringView(" = ");
     switch (info.kind) {
     case PropKind::Number:
         value = QVariant::fromValue(controlValue.value<int32_t>());
-        line = name + QStringLiteral(" = ") + QString::number(controlValue.value<int32_t>());
+        Tools::AppendLongText(line, controlValue.value<int32_t>());
         break;
     case PropKind::StateNumber: {
         const int32_t v = controlValue.value<int32_t>();
         value = QVariant::fromValue(v);
-        line = name + QStringLiteral(" = ") + QString::number(v) + QStringLiteral(" (") +
-               Tools::StateName(v) + QLatin1Char(')');
+        Tools::AppendLongText(line, v);
+        line += QLatin1StringView(" (");
+        line += Tools::StateName(v);
+        line += u')';
         break;
     }
     case PropKind::PrinterStateNumber: {
         const int32_t v = controlValue.value<int32_t>();
         value = QVariant::fromValue(v);
-        line = name + QStringLiteral(" = ") + QString::number(v) + QStringLiteral("  (") +
-               Tools::PrinterStateName(v) + QLatin1Char(')');
+        Tools::AppendLongText(line, v);
+        line += QLatin1StringView("  (");
+        line += Tools::PrinterStateName(v);
+        line += u')';
         break;
     }
-    case PropKind::Text:
-        value = QVariant::fromValue(controlValue.toString());
-        line = name + QStringLiteral(" = ") + Quoted(controlValue.toString());
+    case PropKind::Text: {
+        const QString text = controlValue.toString();
+        value = QVariant::fromValue(text);
+        Put(line, Quote{text});
         break;
+    }
     case PropKind::NumberAsText: {
         const QString text = QString::number(controlValue.value<int32_t>());
         value = QVariant::fromValue(text);
-        line = name + QStringLiteral(" = ") + Quoted(text);
+        Put(line, Quote{text});
         break;
     }
     case PropKind::Boolean:
         value = QVariant::fromValue(controlValue.toBool());
-        line = name + QStringLiteral(" = ") + BoolWord(controlValue.toBool());
+        line += BoolWord(controlValue.toBool());
         break;
     case PropKind::NumberAsBoolean: {
         const bool b = controlValue.value<int32_t>() != 0;
         value = QVariant::fromValue(b);
-        line = name + QStringLiteral(" = ") + BoolWord(b);
+        line += BoolWord(b);
         break;
     }
     }
@@ -468,7 +519,7 @@ QString WrittenValue(const PropertyInfo& info, const QVariant& value, bool forLo
     if (IsBenchBoolean(info.kind))
         return BoolWord(value.toBool());
     if (IsBenchText(info.kind))
-        return forLog ? Quoted(value.toString()) : value.toString();
+        return forLog ? u'"' + value.toString() + u'"' : value.toString();
     return QString::number(value.value<int32_t>());
 }
 
@@ -486,10 +537,10 @@ FPU_PROPERTIES(FPU_WRAPPER_READ)
     FPU_IF_WRITABLE(                                                                                         \
         access, void clsFprtWrapper::Set##name(FPU_BENCH_TYPE(kind) value) {                                 \
             const PropertyInfo& info = PropertyOf(Prop::name);                                               \
-            Record(QStringLiteral("P_" #name "$") + WrittenValue(info, QVariant::fromValue(value), false));  \
+            if (WillRecord())                                                                                \
+                Record("P_" #name, WrittenValue(info, QVariant::fromValue(value), false));                   \
             m_control.Set##name(value);                                                                      \
-            WriteLog(QStringLiteral(#name " := ") + WrittenValue(info, QVariant::fromValue(value), true) +   \
-                     ResultTail());                                                                          \
+            LogCall(QStringLiteral(#name " := ") + WrittenValue(info, QVariant::fromValue(value), true));    \
         })
 FPU_PROPERTIES(FPU_WRAPPER_WRITE)
 #undef FPU_WRAPPER_WRITE

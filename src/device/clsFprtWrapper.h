@@ -88,9 +88,14 @@ public:
     void WriteProperty(Prop id, const QVariant& value);
 
 private:
-    QString ResultTail();
-    static QString LongText(int32_t value);
-    void Record(QString line);
+    // Appends the text that closes a log line: the result by name, and on a failure the extended
+    // code and the error string.
+    void AppendResultTail(QString& line);
+    bool WillRecord() const;
+    // Builds the macro line of `word` and its fields only when the recorder will keep it.
+    template <typename... Fields> void Record(const char* word, const Fields&... fields);
+    // Closes the call's log line with the result tail and writes it.
+    void LogCall(QString line);
     void WriteLog(const QString& line) {
         m_log.Append(line);
     }

@@ -15,6 +15,7 @@
 #include <QStringConverter>
 #include <QStringListModel>
 #include <QTimer>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <cmath>
@@ -33,25 +34,45 @@ bool IsNumberText(const QString& text) {
     return number.match(text).hasMatch();
 }
 
+// A line's fields, split at every "$" (at most MaxFields; the surplus is dropped). They point
+// into the line, which must outlive them: only the fields that become texts are copied.
+using Fields = QVarLengthArray<QStringView, 16>;
+
+Fields SplitFields(QStringView line) {
+    Fields out;
+    qsizetype start = 0;
+    while (out.size() < clsMacroEngine::MaxFields) {
+        const qsizetype pos = line.indexOf(u'$', start);
+        if (pos < 0) {
+            out.append(line.sliced(start));
+            break;
+        }
+        out.append(line.sliced(start, pos - start));
+        start = pos + 1;
+    }
+    return out;
+}
+
 // The fields of one line with their conversions. A number that can't be held in 32 bits marks the
 // line as bad, and the line then makes no call.
 struct LineArgs {
     clsFprtWrapper& w;
-    QStringList f;
+    Fields f;
     bool bad = false;
 
-    QString text(int i) const { return f.value(i); }
+    QStringView field(int i) const { return i < f.size() ? f[i] : QStringView(); }
+    QString text(int i) const { return field(i).toString(); }
     int32_t num(int i) {
-        const auto v = Tools::LeadingInteger(f.value(i));
+        const auto v = Tools::LeadingInteger(field(i));
         if (!v) {
             bad = true;
             return 0;
         }
         return *v;
     }
-    bool flag(int i) const { return Tools::LeadingNumber(f.value(i)) != 0; }
+    bool flag(int i) const { return Tools::LeadingNumber(field(i)) != 0; }
     Amount amount(int i) const {
-        QString t = f.value(i);
+        QString t = text(i);
         return Tools::TextToAmount(t);
     }
 };
@@ -257,12 +278,16 @@ std::optional<QVariant> PropertyValue(Prop id, const QString& value) {
 
 // One text line of a macro file. Lines that aren't valid in the system's code page are taken as
 // Latin-1, which is close to the Windows code page that older macro files were written in: no
-// byte is lost and no line is dropped.
-QString DecodeLine(const QByteArray& bytes) {
-    QStringDecoder decoder(QStringConverter::System, QStringConverter::Flag::Stateless);
-    QString text = decoder.decode(bytes);
-    if (decoder.hasError())
+// byte is lost and no line is dropped. One decoder serves the whole file.
+QString DecodeLine(QStringDecoder& decoder, QByteArrayView bytes) {
+    // Plain ASCII, by far the usual line, reads the same in every code page and decodes fastest so.
+    if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; }))
         return QString::fromLatin1(bytes);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError()) {
+        decoder.resetState();
+        return QString::fromLatin1(bytes);
+    }
     return text;
 }
 
@@ -330,7 +355,7 @@ int32_t clsMacroEngine::PlayLineMacro() {
     // an empty macro): the slot there is no longer a line, so the replay ends instead.
     if (m_lineCursor < 0 || m_lineCursor >= m_lineCount) {
         m_lineCursor = -1;
-        SelectListRow(-1);
+        FollowCursor(-1);
         return Failure;
     }
     const quint64 placement = m_placements;
@@ -343,10 +368,10 @@ int32_t clsMacroEngine::PlayLineMacro() {
     const int32_t next = static_cast<int32_t>(m_lineCursor) + 1;
     if (next >= 0 && next < m_lineCount) {
         m_lineCursor = static_cast<int16_t>(next);
-        SelectListRow(next);
+        FollowCursor(next);
     } else {
         m_lineCursor = -1;
-        SelectListRow(-1);
+        FollowCursor(-1);
     }
     return result;
 }
@@ -372,6 +397,7 @@ int32_t clsMacroEngine::LoadFromFile(const QString& fileName) {
 
     m_lineCount = 0;
     bool truncated = false;
+    QStringDecoder decoder(QStringConverter::System, QStringConverter::Flag::Stateless);
     // Editors that mark UTF-8 files would otherwise glue the mark to the first command word.
     qsizetype start = bytes.startsWith("\xEF\xBB\xBF") ? 3 : 0;
     const qsizetype size = bytes.size();
@@ -383,7 +409,8 @@ int32_t clsMacroEngine::LoadFromFile(const QString& fileName) {
             truncated = true;
             break;
         }
-        m_lineStore[static_cast<size_t>(m_lineCount++)] = DecodeLine(bytes.mid(start, end - start));
+        m_lineStore[static_cast<size_t>(m_lineCount++)] =
+            DecodeLine(decoder, QByteArrayView(bytes).sliced(start, end - start));
         if (end < size && bytes[end] == '\r' && end + 1 < size && bytes[end + 1] == '\n')
             ++end;
         start = end + 1;
@@ -434,37 +461,25 @@ QStringList clsMacroEngine::Lines() const {
     return out;
 }
 
-QStringList clsMacroEngine::FieldSplit(const QString& line) {
-    QStringList out;
-    qsizetype start = 0;
-    while (out.size() < MaxFields) {
-        const qsizetype pos = line.indexOf(QLatin1Char('$'), start);
-        if (pos < 0) {
-            out.append(line.mid(start));
-            break;
-        }
-        out.append(line.mid(start, pos - start));
-        start = pos + 1;
-    }
-    return out;
-}
-
 int32_t clsMacroEngine::ExecuteLine(QString& line) {
-    LineArgs args{m_wrapper, FieldSplit(line)};
-    const QString word = args.f.value(0);
+    LineArgs args{m_wrapper, SplitFields(line)};
+    const QStringView word = args.field(0);
 
-    if (const auto it = MethodTable().constFind(word); it != MethodTable().constEnd())
+    // The key borrows the line's characters: looking a word up copies nothing.
+    const QHash<QString, Handler>& methods = MethodTable();
+    if (const auto it = methods.constFind(QString::fromRawData(word.data(), word.size()));
+        it != methods.constEnd())
         return static_cast<int16_t>((*it)(args));
 
     if (word == QLatin1StringView("F_Delay")) {
-        Delay(Tools::LeadingNumber(args.f.value(1)));
+        Delay(Tools::LeadingNumber(args.field(1)));
         return 0;
     }
 
     if (word.startsWith(QLatin1StringView("P_"))) {
-        const PropertyInfo* info = FindProperty(QStringView(word).mid(2));
+        const PropertyInfo* info = FindProperty(word.mid(2));
         if (info && info->writable) {
-            const auto value = PropertyValue(info->id, args.f.value(1));
+            const auto value = PropertyValue(info->id, args.text(1));
             if (!value)
                 return Failure;
             m_wrapper.WriteProperty(info->id, *value);
@@ -494,7 +509,35 @@ void clsMacroEngine::PlaceCursor(int16_t line) {
     m_delayTimer->stop();
 }
 
-void clsMacroEngine::SelectListRow(int row) {
+QItemSelectionModel* clsMacroEngine::lstMacroCodeSelection() const {
+    ApplyPendingRow();
+    return m_selection;
+}
+
+void clsMacroEngine::SetListFollowed(bool followed) {
+    m_listFollowed = followed;
+    if (followed)
+        ApplyPendingRow();
+}
+
+void clsMacroEngine::FollowCursor(int row) {
+    if (m_listFollowed) {
+        SelectListRow(row);
+        return;
+    }
+    // Moving a selection costs as much as the rest of a replayed line; nobody sees it now.
+    m_pendingRow = row;
+}
+
+void clsMacroEngine::ApplyPendingRow() const {
+    if (m_pendingRow == NoPendingRow)
+        return;
+    SelectListRow(m_pendingRow);
+}
+
+void clsMacroEngine::SelectListRow(int row) const {
+    // A move made now replaces the one a replay left for later.
+    m_pendingRow = NoPendingRow;
     if (row < 0 || row >= m_list->rowCount()) {
         m_selection->clearSelection();
         m_selection->clearCurrentIndex();

@@ -30,6 +30,7 @@ public:
 
     int32_t Construct();
     int32_t AddCommand(QString& cmd) override;
+    bool WillRecord() const override { return m_lineCursor == -1 && m_lineCount < StoreSize; }
     int32_t ProcessMacro(QStringList& lines);
     void StartSavedMacro();
     void StopMacro();
@@ -46,17 +47,22 @@ public:
     QStringList Lines() const;
 
     QStringListModel* lstMacroCode() const { return m_list; }
-    QItemSelectionModel* lstMacroCodeSelection() const { return m_selection; }
+    // The list's selection, brought up to the cursor's moves first when nobody was following it.
+    QItemSelectionModel* lstMacroCodeSelection() const;
+    // A view that shows the list says whether it is on screen. While none is, the replay doesn't
+    // move the selection line by line; the move it would have made is applied when a view shows
+    // again or someone asks for the selection.
+    void SetListFollowed(bool followed);
     QTimer* tmrDelayForMacroCls() const { return m_delayTimer; }
-
-    // Splits a line at every "$" (at most MaxFields fields; the surplus is dropped).
-    static QStringList FieldSplit(const QString& line);
 
 private:
     int32_t ExecuteLine(QString& line);
     void Delay(double ms);
     void PlaceCursor(int16_t line);
-    void SelectListRow(int row);
+    void SelectListRow(int row) const;
+    // The row a replay moves the selection to: at once while a view follows, else later.
+    void FollowCursor(int row);
+    void ApplyPendingRow() const;
 
     clsFprtWrapper& m_wrapper;
     std::array<QString, StoreSize> m_lineStore;
@@ -66,4 +72,7 @@ private:
     QStringListModel* m_list;
     QItemSelectionModel* m_selection;
     QTimer* m_delayTimer;
+    bool m_listFollowed = false;
+    static constexpr int NoPendingRow = -2;
+    mutable int m_pendingRow = NoPendingRow;
 };

@@ -30,12 +30,13 @@ namespace {
 
 // A list view that follows its current row at most every RefreshMs. During a replay the row moves
 // with every line, a thousand times a second; scrolling and repainting for each move would cost
-// more than the line itself, and nobody can read that fast.
+// more than the line itself, and nobody can read that fast. While it is off screen the engine
+// needn't move the row at all.
 class FollowingListView : public QListView {
 public:
     static constexpr int RefreshMs = 100;
 
-    explicit FollowingListView(QWidget* parent) : QListView(parent) {
+    FollowingListView(QWidget* parent, clsMacroEngine& engine) : QListView(parent), m_engine(engine) {
         m_refresh.setSingleShot(true);
         connect(&m_refresh, &QTimer::timeout, this, [this] { Refresh(); });
         m_sinceRefresh.start();
@@ -46,7 +47,12 @@ protected:
     void selectionChanged(const QItemSelection&, const QItemSelection&) override { ScheduleRefresh(); }
     void showEvent(QShowEvent* e) override {
         QListView::showEvent(e);
+        m_engine.SetListFollowed(true);
         ScheduleRefresh();
+    }
+    void hideEvent(QHideEvent* e) override {
+        QListView::hideEvent(e);
+        m_engine.SetListFollowed(false);
     }
 
 private:
@@ -63,6 +69,7 @@ private:
         viewport()->update();
     }
 
+    clsMacroEngine& m_engine;
     QTimer m_refresh;
     QElapsedTimer m_sinceRefresh;
 };
@@ -75,7 +82,7 @@ frmMacro::frmMacro(PanelContext& ctx, QWidget* parent) : QWidget(parent), m_ctx(
 
     // The view shows the engine's own list and selection: no copy of the lines, and the selected
     // row is always the next line to play.
-    lstMacroCode = new FollowingListView(this);
+    lstMacroCode = new FollowingListView(this, engine);
     lstMacroCode->setObjectName(QStringLiteral("lstMacroCode"));
     lstMacroCode->setModel(engine.lstMacroCode());
     QItemSelectionModel* own = lstMacroCode->selectionModel();

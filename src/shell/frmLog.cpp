@@ -2,14 +2,13 @@
 
 #include "Seams.h"
 #include "clsBenchLog.h"
+#include "clsLogView.h"
 
 #include <QApplication>
 #include <QEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -30,12 +29,9 @@ frmLog::frmLog(clsBenchLog& log, QWidget* parent) : QWidget(parent, Qt::Window),
     // A log left open must not keep the program alive once the main window is gone.
     setAttribute(Qt::WA_QuitOnClose, false);
 
-    txtOposLog = new QPlainTextEdit(this);
+    txtOposLog = new clsLogView(log, this);
     txtOposLog->setObjectName(QStringLiteral("txtOposLog"));
     txtOposLog->setFont(LogFont());
-    txtOposLog->setReadOnly(true);
-    txtOposLog->setLineWrapMode(QPlainTextEdit::NoWrap);
-    txtOposLog->setUndoRedoEnabled(false);
 
     cmdClearLog = new QPushButton(QStringLiteral("&Clear"), this);
     cmdClearLog->setObjectName(QStringLiteral("cmdClearLog"));
@@ -57,34 +53,10 @@ frmLog::frmLog(clsBenchLog& log, QWidget* parent) : QWidget(parent, Qt::Window),
     connect(cmdClearLog, &QPushButton::clicked, this, &frmLog::Clear);
     connect(cmdMinimize, &QPushButton::clicked, this, &QWidget::hide);
     connect(cmdSaveLog2File, &QPushButton::clicked, this, &frmLog::Save);
-    connect(&m_log, &clsBenchLog::appended, this, &frmLog::OnAppended);
-    connect(&m_log, &clsBenchLog::cleared, this, &frmLog::OnCleared);
-}
-
-void frmLog::OnAppended() {
-    // A hidden box needn't be fed: the lines reach it when it is shown.
-    if (!m_flushQueued && isVisible()) {
-        m_flushQueued = true;
-        QTimer::singleShot(FlushDelayMs, this, &frmLog::FlushPending);
-    }
-}
-
-void frmLog::OnCleared() {
-    m_shown = 0;
-    txtOposLog->clear();
 }
 
 void frmLog::FlushPending() {
-    m_flushQueued = false;
-    const qsizetype count = m_log.LineCount();
-    if (m_shown >= count)
-        return;
-    QStringList lines;
-    lines.reserve(count - m_shown);
-    for (qsizetype i = m_shown; i < count; ++i)
-        lines.append(m_log.Line(i));
-    txtOposLog->appendPlainText(lines.join(QLatin1Char('\n')));
-    m_shown = count;
+    txtOposLog->FlushPending();
 }
 
 void frmLog::Clear() {
@@ -103,11 +75,6 @@ void frmLog::Save() {
 bool frmLog::JustHiddenByFocusLoss() const {
     return m_hiddenByFocusLoss.isValid() &&
            m_hiddenByFocusLoss.elapsed() < QApplication::doubleClickInterval();
-}
-
-void frmLog::showEvent(QShowEvent* e) {
-    FlushPending();
-    QWidget::showEvent(e);
 }
 
 bool frmLog::event(QEvent* e) {

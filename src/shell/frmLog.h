@@ -3,22 +3,18 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
-class QPlainTextEdit;
 class QPushButton;
 class clsBenchLog;
+class clsLogView;
 
 // The log window: shows the bench's log, which keeps the lines whether the window is shown or
-// not. New lines reach the text box in one batch on the next turn of the event loop, or when the
-// window is shown: appending them one by one makes a busy replay crawl. Batches go out at
-// most every FlushDelayMs, so a test that lets the event loop run after each line stays fast.
+// not. The view reads the lines from the log itself and takes new ones in at most once a frame.
 class frmLog : public QWidget {
     Q_OBJECT
 public:
-    static constexpr int FlushDelayMs = 40;
-
     explicit frmLog(clsBenchLog& log, QWidget* parent = nullptr);
 
-    // Brings the text box up to the log now.
+    // Brings the view up to the log now.
     void FlushPending();
 
     void Clear();
@@ -28,21 +24,15 @@ public:
     // the toolbar's Log Window button that caused it meant "hide", not "show again".
     bool JustHiddenByFocusLoss() const;
 
-    QPlainTextEdit* txtOposLog;
+    clsLogView* txtOposLog;
     QPushButton* cmdClearLog;
     QPushButton* cmdMinimize;
     QPushButton* cmdSaveLog2File;
 
 protected:
     bool event(QEvent* e) override;
-    void showEvent(QShowEvent* e) override;
 
 private:
-    void OnAppended();
-    void OnCleared();
-
     clsBenchLog& m_log;
-    qsizetype m_shown = 0; // lines of the log already in the text box
-    bool m_flushQueued = false;
     QElapsedTimer m_hiddenByFocusLoss;
 };

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -57,6 +58,11 @@ private slots:
                                            << "[ESC][CR]";
         QTest::newRow("empty") << ""
                                << "";
+        QTest::newRow("beyond Latin-1")
+            << QStringLiteral(u"Caffè € 1,50 😀") << QStringLiteral(u"Caffè € 1,50 😀");
+        // Half a surrogate pair can't be written to the saved file; it stands as U+FFFD there and here.
+        QTest::newRow("lone surrogate")
+            << QStringLiteral("a") + QChar(0xD800) + "b" + QChar(0xDC00) << QStringLiteral(u"a�b�");
     }
     void appendMakesOneLine() {
         QFETCH(QString, line);
@@ -70,7 +76,9 @@ private slots:
         SetDebugOutputHandler(previous);
         QCOMPARE(log.LineCount(), 2);
         QCOMPARE(log.Line(1), stored);
+        QCOMPARE(log.LineUtf8(1), stored.toUtf8());
         QCOMPARE(log.Line(2), QString());
+        QCOMPARE(log.LongestLineLength(), std::max<qsizetype>(5, stored.size()));
         QCOMPARE(appended.size(), 2);
         QCOMPARE(appended.at(1), (QVariantList{qsizetype(1), qsizetype(1)}));
         QCOMPARE(debug, QStringList({"first\r\n", stored + "\r\n"}));
@@ -78,12 +86,13 @@ private slots:
 
     void clearEmptiesAndSays() {
         clsBenchLog log;
-        log.Append(QStringLiteral("a"));
+        log.Append(QStringLiteral("a long first line"));
         QSignalSpy cleared(&log, &clsBenchLog::cleared);
         QSignalSpy appended(&log, &clsBenchLog::appended);
         log.Clear();
         QCOMPARE(cleared.size(), 1);
         QCOMPARE(log.LineCount(), 0);
+        QCOMPARE(log.LongestLineLength(), 0);
         log.Append(QStringLiteral("b"));
         QCOMPARE(appended.at(0), (QVariantList{qsizetype(0), qsizetype(1)}));
         QCOMPARE(LinesOf(log), QStringList{"b"});
@@ -127,9 +136,18 @@ private slots:
             << "\"" + item.toLatin1() + "\r\nState = 2 (OPOS_S_IDLE)\r\n\"\r\n";
         QTest::newRow("system code page") << QStringList{QStringLiteral("Caff\u00e8 \u20ac")}
                                           << QByteArray("\"Caff\xc3\xa8 \xe2\x82\xac\r\n\"\r\n");
-        const QByteArray line = "State = 2 (OPOS_S_IDLE)";
-        QTest::newRow("a million lines")
-            << QStringList(1000000, line) << "\"" + (line + "\r\n").repeated(1000000) + "\"\r\n";
+        // Lines of every length up to past the size of the log's blocks, and two far longer
+        // ones, so that lines fall on every side of a block's end.
+        QStringList lines;
+        QByteArray saved = "\"";
+        for (int i = 0; i < 5000; ++i) {
+            QString line = QString::number(i) + u' ' + QString(i % 997, QChar(u'a' + i % 26));
+            if (i == 1234 || i == 4321)
+                line = QString(3000000 + i, u'\u00e8');
+            lines.append(line);
+            saved += line.toUtf8() + "\r\n";
+        }
+        QTest::newRow("lines across blocks") << lines << saved + "\"\r\n";
     }
     void savedForm() {
         QFETCH(QStringList, lines);
@@ -139,6 +157,7 @@ private slots:
         for (const QString& line : lines)
             log.Append(line);
         SetDebugOutputHandler(previous);
+        QCOMPARE(LinesOf(log), lines);
         QCOMPARE(log.SavedForm(), saved);
         const QString path = m_dir->filePath(QStringLiteral("out.log"));
         QVERIFY(log.SaveToFile(path));

@@ -13,10 +13,14 @@ public:
     int32_t AddCommand(QString& cmd) override {
         if (onAdd)
             onAdd();
+        if (!recording)
+            return 1;
         lines.append(cmd);
         return 0;
     }
+    bool WillRecord() const override { return recording; }
     QStringList lines;
+    bool recording = true;       // false: refuses, as an engine that is playing
     std::function<void()> onAdd; // lets a test look at the world at the moment of recording
 };
 

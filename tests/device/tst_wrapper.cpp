@@ -152,35 +152,40 @@ private slots:
         QTest::addColumn<int>("extended");
         QTest::addColumn<QString>("error");
         QTest::addColumn<QString>("tail");
-        QTest::addColumn<bool>("recorder");
+        QTest::addColumn<QString>("recorder"); // "keeps", "refuses" or "none"
         const auto row = [](const char* name, int code, int ext, const char* error, const char* tail,
-                            bool rec) {
-            QTest::newRow(name) << code << ext << QString(error) << QString(tail) << rec;
+                            const char* rec) {
+            QTest::newRow(name) << code << ext << QString(error) << QString(tail) << QString(rec);
         };
-        row("success hides extended and text", 0, 203, "ignored", "     -> OposSuccess(0)", true);
-        row("no extended code", 106, 0, "Bad argument", "     -> OposEIllegal(106)  (0)  Bad argument", true);
+        row("success hides extended and text", 0, 203, "ignored", "     -> OposSuccess(0)", "keeps");
+        row("no extended code", 106, 0, "Bad argument", "     -> OposEIllegal(106)  (0)  Bad argument",
+            "keeps");
         row("extended code", 114, 203, "Paper out",
-            "     -> OposEExtended(114)  OposEfptrRecEmpty(203)  Paper out", true);
-        row("unknown code in the span", 100, 0, "", "     -> Opos#undefined#(100)  (0)  ", true);
-        row("negative code, unknown extended", -5, 999, "x", "     -> Opos#undefined#(-5)  (999)  x", true);
-        row("without recorder", 101, 0, "", "     -> OposEClosed(101)  (0)  ", false);
+            "     -> OposEExtended(114)  OposEfptrRecEmpty(203)  Paper out", "keeps");
+        row("unknown code in the span", 100, 0, "", "     -> Opos#undefined#(100)  (0)  ", "keeps");
+        row("negative code, unknown extended", -5, 999, "x", "     -> Opos#undefined#(-5)  (999)  x",
+            "keeps");
+        row("without recorder", 101, 0, "", "     -> OposEClosed(101)  (0)  ", "none");
+        // A recorder that won't keep the line isn't even handed one.
+        row("recorder refusing", 0, 0, "", "     -> OposSuccess(0)", "refuses");
     }
     void tails() {
         QFETCH(int, code);
         QFETCH(int, extended);
         QFETCH(QString, error);
         QFETCH(QString, tail);
-        QFETCH(bool, recorder);
+        QFETCH(QString, recorder);
         qsizetype callsWhenRecorded = -1, callsWhenLogged = -1;
         macro->onAdd = [&] { callsWhenRecorded = printer->calls.size(); };
         QObject::connect(&*log, &clsBenchLog::appended, [&] { callsWhenLogged = printer->calls.size(); });
-        if (!recorder)
+        if (recorder == "none")
             wrapper->SetRecorder(nullptr);
+        macro->recording = recorder != "refuses";
         printer->Script("PrintXReport", code, extended, error);
         QCOMPARE(wrapper->PrintXReport(), code);
         QCOMPARE(printer->CallNames(), QStringList{"PrintXReport"});
-        QCOMPARE(macro->lines, recorder ? QStringList{"F_PrintXReport"} : QStringList{});
-        QCOMPARE(callsWhenRecorded, recorder ? 0 : -1);
+        QCOMPARE(macro->lines, recorder == "keeps" ? QStringList{"F_PrintXReport"} : QStringList{});
+        QCOMPARE(callsWhenRecorded, recorder == "keeps" ? 0 : -1);
         QCOMPARE(callsWhenLogged, 1);
         // The tail's own reads go straight to the control and leave no line.
         QCOMPARE(LinesOf(*log), QStringList{"PrintXReport()" + tail});

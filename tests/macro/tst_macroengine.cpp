@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QItemSelectionModel>
 #include <QLocale>
+#include <QSignalSpy>
 #include <QStringListModel>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -260,6 +261,34 @@ private slots:
         QCOMPARE(b.engine.PlayLineMacro(), 111);
         QVERIFY(b.printer.calls.isEmpty());
         QVERIFY(!b.engine.IsRunningMacro());
+    }
+
+    // A replay moves the list's selection line by line only while a view on screen follows the
+    // list; otherwise the move is made when someone asks for the selection or a view shows again.
+    void selectionMovesOnlyWhileFollowed_data() {
+        QTest::addColumn<bool>("followed");
+        QTest::newRow("a view on screen") << true;
+        QTest::newRow("no view") << false;
+    }
+    void selectionMovesOnlyWhileFollowed() {
+        QFETCH(bool, followed);
+        Bench b;
+        b.Record({"F_PrintXReport", "F_PrintXReport", "F_PrintXReport"});
+        b.engine.SetListFollowed(followed);
+        b.engine.StartSavedMacro();
+        QItemSelectionModel* selection = b.engine.lstMacroCodeSelection();
+        QCOMPARE(selection->currentIndex().row(), 0);
+        QSignalSpy moves(selection, &QItemSelectionModel::currentChanged);
+        b.engine.PlayLineMacro();
+        b.engine.PlayLineMacro();
+        QCOMPARE(moves.size(), followed ? 2 : 0);
+        QCOMPARE(b.SelectedRow(), 2);
+        QCOMPARE(moves.size(), followed ? 2 : 1);
+        b.engine.PlayLineMacro();
+        QVERIFY(!b.engine.IsRunningMacro());
+        b.engine.SetListFollowed(true);
+        QVERIFY(!selection->currentIndex().isValid());
+        QVERIFY(selection->selectedIndexes().isEmpty());
     }
 
     void loadFromFile_data() {

@@ -1,6 +1,7 @@
 #include "MacroRunner.h"
 #include "ScriptedPrinter.h"
 
+#include <QBuffer>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -209,6 +210,41 @@ private slots:
         QCOMPARE(r.err,
                  QStringLiteral("message: OposErrorEvent(114 OposEExtended, 203 OposEfptrRecEmpty)\n"));
         QVERIFY(p->sink == nullptr); // the run leaves no sink behind
+    }
+
+    // Both streams into one, as on a terminal: block writes change neither what comes out nor its
+    // order, also around a box's message and when the macro fails in the middle.
+    void blockWritesChangeNothing_data() {
+        QTest::addColumn<QStringList>("option");
+        QTest::addColumn<QString>("merged");
+        const QString before = "PrintRecMessage(\"uno\")     -> OposSuccess(0)\n"
+                               "message: Bad Format for x.yz...returning 0\n"
+                               "PrintRecSubtotal(0.00)     -> OposSuccess(0)\n"
+                               "PrintXReport()     -> OposEIllegal(106)  (0)  Illegal\n";
+        QTest::newRow("goes on") << QStringList{}
+                                 << before + "PrintRecMessage(\"due\")     -> OposSuccess(0)\n";
+        QTest::newRow("stop on error") << QStringList{"--stop-on-error"} << before;
+    }
+    void blockWritesChangeNothing() {
+        QFETCH(QStringList, option);
+        const QString macro = Macro("mid.oposcmd", "F_PrintRecMessage$uno\r\nF_PrintRecSubtotal$x,yz\r\n"
+                                                   "F_PrintXReport\r\nF_PrintRecMessage$due\r\n");
+        for (const bool blocks : {false, true}) {
+            p.emplace();
+            p->Script("PrintXReport", 106, 0, "Illegal");
+            RunOptions options;
+            QString error;
+            QVERIFY(
+                ParseRunArguments(QStringList{"fpubench-run"} + option + QStringList{macro}, options, error));
+            options.blockWrites = blocks;
+            QByteArray merged;
+            QBuffer device(&merged);
+            QVERIFY(device.open(QIODevice::WriteOnly));
+            QTextStream out(&device), err(&device);
+            QCOMPARE(RunMacroFile(options, *p, out, err), 1);
+            out.flush();
+            QTEST(QString::fromUtf8(merged), "merged");
+        }
     }
 
     // Standard output is exactly the log; --log saves it in the log window's format.

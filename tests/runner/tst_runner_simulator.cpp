@@ -159,6 +159,41 @@ private slots:
         QVERIFY(again.open(QIODevice::ReadOnly));
         QCOMPARE(again.readAll(), QByteArray("not a fiscal memory\n"));
     }
+
+    // The program's standard output in blocks: lines written before a wait are out while it
+    // waits, and a run ended by a signal ends at once, as that signal ends a program.
+    void linesOutWhileWaitingAndOnTerm() {
+        QTemporaryDir dir;
+        QByteArray lines;
+        for (int i = 0; i < 3000; ++i)
+            lines += "F_PrintXReport\r\n";
+        const auto write = [&](const QString& name, const QByteArray& bytes) {
+            QFile f(dir.filePath(name));
+            return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size() ? f.fileName() : QString();
+        };
+        const QString plain = write("plain.oposcmd", lines);
+        const QString waits = write("waits.oposcmd", lines + "F_Delay$60000\r\nF_PrintZReport\r\n");
+        QVERIFY(!plain.isEmpty() && !waits.isEmpty());
+
+        QProcess reference;
+        reference.start(FPUBENCH_RUN_PATH, {plain});
+        QVERIFY(reference.waitForFinished(30000));
+        const QByteArray expected = reference.readAllStandardOutput();
+        QCOMPARE(expected.count('\n'), 3000);
+
+        QProcess run;
+        run.start(FPUBENCH_RUN_PATH, {waits});
+        QByteArray got;
+        QDeadlineTimer deadline(30000);
+        while (got.size() < expected.size() && !deadline.hasExpired() && run.waitForReadyRead(1000))
+            got += run.readAllStandardOutput();
+        QCOMPARE(got, expected);
+        QCOMPARE(run.state(), QProcess::Running); // in its wait
+        run.terminate();
+        QVERIFY(run.waitForFinished(10000));
+        QCOMPARE(run.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(got + run.readAllStandardOutput(), expected);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_RunnerSimulator)

@@ -4,6 +4,7 @@
 #include "IFiscalPrinter.h"
 #include "OposAll.h"
 #include "PaperListing.h"
+#include "RunnerOutput.h"
 #include "Seams.h"
 #include "SimulatedFiscalPrinter.h"
 #include "clsBenchCore.h"
@@ -26,14 +27,17 @@ const QString ProgramName = QStringLiteral("fpubench-run");
 constexpr qint64 DrainLimitMs = 30000;
 
 // The boxes the bench would show come out on the error stream as "message: TEXT" and are
-// answered as nobody is there to answer them. In place for one run.
+// answered as nobody is there to answer them. In place for one run. The log lines written before
+// a box go out before it.
 class MessageBoxesToStream {
 public:
-    explicit MessageBoxesToStream(QTextStream& err)
-        : m_previous(SetMessageBoxHandler([&err](const QString& text, MsgButtons buttons, const QString&) {
-              WriteMessage(err, text);
-              return UnattendedAnswer(buttons);
-          })) {}
+    MessageBoxesToStream(QTextStream& err, BlockOutput& output)
+        : m_previous(
+              SetMessageBoxHandler([&err, &output](const QString& text, MsgButtons buttons, const QString&) {
+                  output.Flush();
+                  WriteMessage(err, text);
+                  return UnattendedAnswer(buttons);
+              })) {}
     ~MessageBoxesToStream() { SetMessageBoxHandler(std::move(m_previous)); }
     MessageBoxesToStream(const MessageBoxesToStream&) = delete;
     MessageBoxesToStream& operator=(const MessageBoxesToStream&) = delete;
@@ -232,17 +236,19 @@ bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QStrin
 }
 
 int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream& out, QTextStream& err) {
-    MessageBoxesToStream boxes(err);
+    BlockOutput output(out, options.blockWrites);
+    const FlushOnSignal interrupted([&output] { output.Flush(); });
+    MessageBoxesToStream boxes(err, output);
     // The error event's question goes out like a box and is answered as the command line asked.
-    clsBenchCore core(device, [&err, retry = options.errorResponse == 11](const QString& question) {
+    clsBenchCore core(device, [&err, &output, retry = options.errorResponse == 11](const QString& question) {
+        output.Flush();
         MessageBoxesToStream::WriteMessage(err, question);
         return retry;
     });
     clsBenchLog& log = core.Log();
-    QObject::connect(&log, &clsBenchLog::appended, [&log, &out](qsizetype first, qsizetype count) {
+    QObject::connect(&log, &clsBenchLog::appended, [&log, &output](qsizetype first, qsizetype count) {
         for (qsizetype i = first; i < first + count; ++i)
-            out << log.Line(i) << '\n';
-        out.flush();
+            output.WriteLine(log.LineUtf8(i));
     });
     clsMacroEngine& engine = core.MacroEngine();
 
@@ -282,6 +288,7 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
         }
     }
     DrainOutput(device);
+    output.Flush();
 
     if (!options.logFile.isEmpty() && !log.SaveToFile(options.logFile)) {
         err << ProgramName << ": cannot write log file " << options.logFile

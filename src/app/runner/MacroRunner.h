@@ -24,6 +24,8 @@ struct RunOptions {
     QString memoryFile; // the fiscal memory to use and update; empty: a fresh one for this run
     bool help = false;
     bool version = false;
+    // Standard output goes out in blocks (see RunMacroFile); false writes every line at once.
+    bool blockWrites = true;
 };
 
 // Gives the device the fiscal memory in `file` for the model `deviceName`; false, with `message`
@@ -42,7 +44,10 @@ QString RunUsage();
 // `version` set when the run is only to print those.
 bool ParseRunArguments(const QStringList& arguments, RunOptions& options, QString& error);
 
-// Loads and plays the macro on `device`; returns the exit status.
+// Loads and plays the macro on `device`; returns the exit status. With blockWrites the log lines
+// gather and go out when a block is full, before the program waits for anything, before anything
+// goes to `err`, at the end, and when SIGINT, SIGTERM or SIGHUP ends the run: a reader following
+// the output, `| head`, or an interrupted run sees every line written so far.
 int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream& out, QTextStream& err);
 
 // The whole program, arguments included. `useMemoryFile` serves --memory.
