@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QSaveFile>
 #include <QTextStream>
 #include <QTimer>
 
@@ -57,6 +58,16 @@ void DrainOutput(IFiscalPrinter& device) {
     LetEventsRun(0);
     while (device.State() == OposAll::OPOS_S_BUSY && elapsed.elapsed() < DrainLimitMs)
         LetEventsRun(10);
+}
+
+// Whether a file can be written the way the log is saved (aside, then renamed into place). Leaves
+// nothing behind.
+bool CanWriteFile(const QString& path) {
+    QSaveFile probe(path);
+    if (!probe.open(QIODevice::WriteOnly))
+        return false;
+    probe.cancelWriting();
+    return true;
 }
 
 bool TakeValue(const QStringList& arguments, qsizetype& i, const QString& option, QString& value,
@@ -170,11 +181,24 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     clsMacroEngine& engine = core.MacroEngine();
 
     if (engine.LoadFromFile(options.macroFile) != 0) {
-        if (engine.LineCount() == clsMacroEngine::StoreSize)
-            err << ProgramName << ": " << options.macroFile << " has more than " << clsMacroEngine::StoreSize
-                << " lines\n";
-        else
-            err << ProgramName << ": cannot read macro file " << options.macroFile << '\n';
+        err << ProgramName << ": ";
+        switch (engine.LastLoadError()) {
+        case clsMacroEngine::LoadError::TooManyLines:
+            err << options.macroFile << " has more than " << clsMacroEngine::StoreSize << " lines\n";
+            break;
+        case clsMacroEngine::LoadError::TooLarge:
+            err << options.macroFile << " is larger than " << clsMacroEngine::MaxFileBytes / (1024 * 1024)
+                << " MB; nothing loaded\n";
+            break;
+        default:
+            err << "cannot read macro file " << options.macroFile << '\n';
+        }
+        err.flush();
+        return ExitUsage;
+    }
+    // A log that can't be written is found before the first call reaches the device.
+    if (!options.logFile.isEmpty() && !CanWriteFile(options.logFile)) {
+        err << ProgramName << ": cannot write log file " << options.logFile << '\n';
         err.flush();
         return ExitUsage;
     }
@@ -208,6 +232,7 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     if (!options.logFile.isEmpty() && !log.SaveToFile(options.logFile)) {
         err << ProgramName << ": cannot write log file " << options.logFile << '\n';
         err.flush();
+        return ExitUsage;
     }
     return failed ? ExitLineFailed : ExitSuccess;
 }
