@@ -33,7 +33,7 @@ void Replay(const QString& model, const QString& macro, bool retry) {
         fuzz::Fail("a macro file that was just written does not load");
     engine.StartSavedMacro();
     core.OpenClaimEnable(model);
-    // A line may move the cursor (it can't here, nothing else runs), so the count bounds the loop.
+    // Nothing else moves the cursor here; the count only guards the loop.
     for (int32_t played = 0; engine.IsRunningMacro() && played <= engine.LineCount(); ++played) {
         engine.PlayLineMacro();
         fuzz::CheckBooks(printer);
