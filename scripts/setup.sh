@@ -7,6 +7,8 @@ packages=(cmake g++ make qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libgl
 packages+=(desktop-file-utils groff-base dpkg-dev)
 # A real window for screenshots needs an X server; tests themselves run offscreen.
 if [ "${FPUBENCH_WITH_XVFB:-0}" = 1 ]; then packages+=(xvfb xauth); fi
+# The fuzz targets (scripts/fuzz.sh) need clang and its libFuzzer runtime.
+if [ "${FPUBENCH_WITH_FUZZ:-0}" = 1 ]; then packages+=(clang libclang-rt-14-dev); fi
 
 missing=()
 for p in "${packages[@]}"; do

@@ -381,18 +381,43 @@ bool clsMacroEngine::IsRunningMacro() const {
 }
 
 int32_t clsMacroEngine::LoadFromFile(const QString& fileName) {
+    m_loadError = LoadError::None;
     if (fileName.isEmpty()) {
         m_lineCount = 0;
+        m_loadError = LoadError::NoFileName;
         return Failure;
     }
-    // The whole file is read before the store is touched, so a file that can't be opened or read
-    // leaves the macro as it was.
+    // The whole file is read before the store is touched, so a file that can't be opened or read,
+    // or is too large, leaves the macro as it was.
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_loadError = LoadError::Unreadable;
         return Failure;
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
+    }
+    if (!file.isSequential() && file.size() > MaxFileBytes) {
+        m_loadError = LoadError::TooLarge;
         return Failure;
+    }
+    // Read in steps and never beyond the limit: a device with no size of its own (a pipe,
+    // /dev/zero) would otherwise grow the buffer until the process dies.
+    QByteArray bytes;
+    if (!file.isSequential())
+        bytes.reserve(file.size());
+    char chunk[64 * 1024];
+    for (;;) {
+        const qint64 n = file.read(chunk, sizeof chunk);
+        if (n < 0) {
+            m_loadError = LoadError::Unreadable;
+            return Failure;
+        }
+        if (n == 0)
+            break;
+        if (bytes.size() + n > MaxFileBytes) {
+            m_loadError = LoadError::TooLarge;
+            return Failure;
+        }
+        bytes.append(chunk, n);
+    }
     file.close();
 
     m_lineCount = 0;
@@ -416,6 +441,8 @@ int32_t clsMacroEngine::LoadFromFile(const QString& fileName) {
         start = end + 1;
     }
     PopulateListBoxMacro();
+    if (truncated)
+        m_loadError = LoadError::TooManyLines;
     return truncated ? Failure : 0;
 }
 
@@ -496,6 +523,10 @@ void clsMacroEngine::Delay(double ms) {
     if (!(ms >= 0.5))
         return;
     const int interval = static_cast<int>(std::nearbyint(std::min(ms, MaxDelayMs)));
+    if (m_delayWait) {
+        m_delayWait(interval);
+        return;
+    }
     m_delayTimer->setInterval(interval);
     m_delayTimer->start();
     while (m_delayTimer->isActive())

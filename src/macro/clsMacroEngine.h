@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 
 class clsFprtWrapper;
 class QItemSelectionModel;
@@ -24,6 +25,11 @@ public:
     static constexpr int32_t StoreSize = 10001;
     static constexpr int MaxFields = 101;
     static constexpr int32_t Failure = 111;
+    // A macro file larger than this is refused whole: 10001 lines of any sensible length fit.
+    static constexpr qint64 MaxFileBytes = 16 * 1024 * 1024;
+
+    // Why the last LoadFromFile returned Failure.
+    enum class LoadError { None, NoFileName, Unreadable, TooLarge, TooManyLines };
 
     explicit clsMacroEngine(clsFprtWrapper& wrapper, QObject* parent = nullptr);
     ~clsMacroEngine() override;
@@ -37,6 +43,7 @@ public:
     int32_t PlayLineMacro();
     bool IsRunningMacro() const;
     int32_t LoadFromFile(const QString& fileName);
+    LoadError LastLoadError() const { return m_loadError; }
     int32_t SaveToFile(const QString& fileName);
     void PopulateListBoxMacro();
     int32_t SetLineMacro(int16_t& line);
@@ -54,6 +61,11 @@ public:
     // again or someone asks for the selection.
     void SetListFollowed(bool followed);
     QTimer* tmrDelayForMacroCls() const { return m_delayTimer; }
+
+    // How F_Delay waits its (already bounded) milliseconds. Empty, the default, runs the event loop
+    // until tmrDelayForMacroCls fires; a fuzzer puts in a wait that takes no time.
+    using DelayWait = std::function<void(int ms)>;
+    void SetDelayWait(DelayWait wait) { m_delayWait = std::move(wait); }
 
 private:
     int32_t ExecuteLine(QString& line);
@@ -75,4 +87,6 @@ private:
     bool m_listFollowed = false;
     static constexpr int NoPendingRow = -2;
     mutable int m_pendingRow = NoPendingRow;
+    DelayWait m_delayWait;
+    LoadError m_loadError = LoadError::None;
 };

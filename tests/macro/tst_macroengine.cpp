@@ -13,6 +13,8 @@
 #include <QTimer>
 #include <QtTest>
 
+Q_DECLARE_METATYPE(clsMacroEngine::LoadError)
+
 namespace {
 // Calls as "Name(arg|arg)", a DirectIO block as "{1,2,...}", so that calls compare as text.
 QStringList Describe(const QList<ScriptedPrinter::Call>& calls) {
@@ -220,6 +222,7 @@ private slots:
             big += "L" + QByteArray::number(i) + "\r\n";
         QVERIFY(Write("big.oposcmd", big));
         QCOMPARE(b.engine.LoadFromFile(Path("big.oposcmd")), 111);
+        QCOMPARE(b.engine.LastLoadError(), clsMacroEngine::LoadError::TooManyLines);
         QCOMPARE(b.engine.LineCount(), 10001);
         QCOMPARE(b.engine.Line(10000), QStringLiteral("L10000"));
         QCOMPARE(b.engine.lstMacroCode()->rowCount(), 10001);
@@ -328,13 +331,40 @@ private slots:
         QVERIFY(saved.open(QIODevice::ReadOnly));
         QCOMPARE(saved.readAll(),
                  QByteArray("F_PrintRecMessage$caff\xc3\xa8\r\n\r\nF_PrintRecMessage$\x1b|2C\r\n"));
-        QCOMPARE(b.engine.LoadFromFile(Path("does-not-exist.oposcmd")), 111);
-        QCOMPARE(b.engine.LoadFromFile(m_dir.path()), 111);
-        QCOMPARE(b.engine.Lines(), macro);
         QCOMPARE(b.engine.SaveToFile(QString()), 111);
         QCOMPARE(b.engine.SaveToFile(Path("no-such-folder/m.oposcmd")), 111);
         QCOMPARE(b.engine.LoadFromFile(QString()), 111);
         QCOMPARE(b.engine.LineCount(), 0);
+        QCOMPARE(b.engine.LastLoadError(), clsMacroEngine::LoadError::NoFileName);
+    }
+
+    // A file that can't be read, or is larger than 16 MB, loads nothing: the macro stays as it was.
+    void loadRefusals_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<clsMacroEngine::LoadError>("error");
+        QTest::addColumn<QStringList>("lines");
+        const QStringList kept{"F_Close", "F_PrintXReport"};
+        const qsizetype limit = 16 * 1024 * 1024;
+        QVERIFY(Write("limit.oposcmd", QByteArray(limit, 'x')));
+        QVERIFY(Write("over.oposcmd", QByteArray(limit - 2, 'x') + "\r\nF"));
+        using E = clsMacroEngine::LoadError;
+        QTest::newRow("missing") << Path("does-not-exist.oposcmd") << 111 << E::Unreadable << kept;
+        QTest::newRow("a folder") << m_dir.path() << 111 << E::Unreadable << kept;
+        QTest::newRow("one byte over 16 MB") << Path("over.oposcmd") << 111 << E::TooLarge << kept;
+        QTest::newRow("a device with no end") << "/dev/zero" << 111 << E::TooLarge << kept;
+        QTest::newRow("16 MB exactly")
+            << Path("limit.oposcmd") << 0 << E::None << QStringList{QString(limit, u'x')};
+    }
+    void loadRefusals() {
+        QFETCH(QString, path);
+        QFETCH(QStringList, lines);
+        Bench b;
+        b.Record({"F_Close", "F_PrintXReport"});
+        QTEST(int(b.engine.LoadFromFile(path)), "result");
+        QTEST(b.engine.LastLoadError(), "error");
+        QCOMPARE(b.engine.Lines(), lines);
+        QCOMPARE(b.engine.lstMacroCode()->rowCount(), lines.size());
     }
 
     // A wait of 0 or less runs nothing; a wait runs the event loop and ends; a Stop ends a huge one.
@@ -361,6 +391,19 @@ private slots:
         QVERIFY(interval > 0 && interval <= 3600000);
         QCOMPARE(b.engine.LineCursor(), int16_t(-1));
         QVERIFY(b.printer.calls.isEmpty());
+
+        // A wait put in its place gets the waits that would run, bounded, and the timer stays off.
+        QList<int> waits;
+        b.engine.SetDelayWait([&](int ms) {
+            waits.append(ms);
+            QVERIFY(!b.engine.tmrDelayForMacroCls()->isActive());
+        });
+        b.engine.StartSavedMacro();
+        while (b.engine.IsRunningMacro())
+            b.engine.PlayLineMacro();
+        QCOMPARE(waits.size(), 2);
+        QCOMPARE(waits.first(), 50);
+        QVERIFY(waits.last() > 0 && waits.last() <= 3600000);
     }
 };
 

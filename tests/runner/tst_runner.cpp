@@ -64,6 +64,12 @@ private slots:
         QTest::newRow("paper without a file name") << QStringList{"--paper=", m} << "--paper";
         QTest::newRow("unreadable file") << QStringList{"--open", missing} << missing;
         QTest::newRow("file after --") << QStringList{"--", "--missing.oposcmd"} << "--missing.oposcmd";
+        const QString big = Macro("big.oposcmd", QByteArray(16 * 1024 * 1024 + 1, 'x'));
+        QTest::newRow("file over 16 MB") << QStringList{"--open", big} << "16 MB";
+        QTest::newRow("a file with no end") << QStringList{"/dev/zero"} << "16 MB";
+        QTest::newRow("log into a missing folder")
+            << QStringList{"--open", "--log", m_dir.filePath("nowhere/run.log"), m} << "nowhere/run.log";
+        QTest::newRow("log onto a folder") << QStringList{"--log=" + m_dir.path(), m} << m_dir.path();
     }
     void exitsTwo() {
         QFETCH(QStringList, args);
@@ -264,6 +270,22 @@ private slots:
                                            "Close(()     -> OposSuccess(0)\r\n\"\r\n"));
         QCOMPARE(Main({"--log", empty, Macro("empty.oposcmd", "")}).status, 0);
         QCOMPARE(ReadFile(empty), QByteArray("\"\"\r\n"));
+    }
+
+    // The log's folder goes away during the run: the run is made, and still exits 2.
+    void logLostDuringTheRun() {
+        QTemporaryDir folder;
+        const QString log = folder.filePath("run.log");
+        p->handlers["PrintXReport"] = [&](QVariantList&) {
+            folder.remove();
+            return 0;
+        };
+        const Run r = Main({"--log", log, Macro("lost.oposcmd", "F_PrintXReport\r\n")});
+        QCOMPARE(r.status, 2);
+        QCOMPARE(p->CallNames(), QStringList{"PrintXReport"});
+        QVERIFY2(r.err.startsWith("fpubench-run: cannot write log file " + log + "; the log above is complete"),
+                 qPrintable(r.err));
+        QVERIFY(!QFile::exists(log));
     }
 };
 

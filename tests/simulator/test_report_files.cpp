@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <unistd.h>
+
 using namespace sim;
 
 namespace {
@@ -90,7 +92,16 @@ private slots:
         QCOMPARE(Content(*path), QStringLiteral("fresh\n"));
         QVERIFY(!WriteReportFile(*path, 2, {"printed instead"}));
         QCOMPARE(Content(*path), QStringLiteral("fresh\n"));
-        // Written aside and renamed: nothing of the way is left behind.
+        // Written aside and renamed: a second name of the old file keeps the old report.
+        const QString twin = folder + QStringLiteral("/twin.txt");
+        QFile::remove(twin);
+        QVERIFY(::link(QFile::encodeName(*path).constData(), QFile::encodeName(twin).constData()) == 0);
+        QVERIFY(WriteReportFile(*path, 1, {"newer"}));
+        QCOMPARE(Content(*path), QStringLiteral("newer\n"));
+        QCOMPARE(Content(twin), QStringLiteral("fresh\n"));
+        QFile::remove(twin);
+        QVERIFY(WriteReportFile(*path, 1, {"fresh"}));
+        // Nothing of the way is left behind.
         const QStringList files = QDir(folder).entryList(QDir::Files | QDir::Hidden);
         QVERIFY2(files.filter(QStringLiteral("report.txt")).size() == 1, qPrintable(files.join(u' ')));
         // Appending to a file that doesn't exist yet creates it.

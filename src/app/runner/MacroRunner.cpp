@@ -70,6 +70,16 @@ void DrainOutput(IFiscalPrinter& device) {
         LetEventsRun(10);
 }
 
+// Whether a file can be written the way the log is saved (aside, then renamed into place). Leaves
+// nothing behind.
+bool CanWriteFile(const QString& path) {
+    QSaveFile probe(path);
+    if (!probe.open(QIODevice::WriteOnly))
+        return false;
+    probe.cancelWriting();
+    return true;
+}
+
 } // namespace
 
 namespace {
@@ -253,12 +263,27 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
     clsMacroEngine& engine = core.MacroEngine();
 
     if (engine.LoadFromFile(options.macroFile) != 0) {
-        if (engine.LineCount() == clsMacroEngine::StoreSize)
-            err << ProgramName << ": " << options.macroFile << " has more than " << clsMacroEngine::StoreSize
+        err << ProgramName << ": ";
+        switch (engine.LastLoadError()) {
+        case clsMacroEngine::LoadError::TooManyLines:
+            err << options.macroFile << " has more than " << clsMacroEngine::StoreSize
                 << " lines; split it into macros of at most " << clsMacroEngine::StoreSize << " lines\n";
-        else
-            err << ProgramName << ": cannot read macro file " << options.macroFile
+            break;
+        case clsMacroEngine::LoadError::TooLarge:
+            err << options.macroFile << " is larger than " << clsMacroEngine::MaxFileBytes / (1024 * 1024)
+                << " MB; nothing loaded, check the path (a macro file is at most that)\n";
+            break;
+        default:
+            err << "cannot read macro file " << options.macroFile
                 << "; check the path and that the file is readable\n";
+        }
+        err.flush();
+        return ExitUsage;
+    }
+    // A log that can't be written is found before the first call reaches the device.
+    if (!options.logFile.isEmpty() && !CanWriteFile(options.logFile)) {
+        err << ProgramName << ": cannot write log file " << options.logFile
+            << "; check the path: give --log a file in a folder you can write to\n";
         err.flush();
         return ExitUsage;
     }
@@ -292,12 +317,14 @@ int RunMacroFile(const RunOptions& options, IFiscalPrinter& device, QTextStream&
 
     if (!options.logFile.isEmpty() && !log.SaveToFile(options.logFile)) {
         err << ProgramName << ": cannot write log file " << options.logFile
-            << "; the log above is complete, give --log a file in a folder you can write to\n";
+            << "; the log above is complete, check the path: give --log a file in a folder you can write to\n";
         err.flush();
+        return ExitUsage;
     }
     if (QString error; !options.paperFile.isEmpty() && !WritePaper(device, options.paperFile, error)) {
         err << ProgramName << ": " << error << '\n';
         err.flush();
+        return ExitUsage;
     }
     return failed ? ExitLineFailed : ExitSuccess;
 }
