@@ -12,6 +12,7 @@
 // The last line gives the figures:
 //   soak: N receipts on MODEL in S s, R receipts/s; resident A MB at 1000, B MB at N; ...
 // Usage: bench_soak [receipts] [ZorvaneFPU|Tessorim]   (default 10000 on ZorvaneFPU)
+#include "FiscalMemoryFile.h"
 #include "OposAll.h"
 #include "Seams.h"
 #include "SimulatedFiscalPrinter.h"
@@ -106,6 +107,9 @@ public:
         : m_model(model), m_core(std::in_place, m_printer, [](const QString&) { return false; }),
           m_w(m_core->FprtWrapper()), m_random(seed) {
         g_log = &m_core->Log();
+        // The fiscal memory in its file, as the desktop program keeps it.
+        m_printer.SetFiscalMemoryFactory(sim::PersistentFiscalMemories(
+            [](const QString& text) { std::fprintf(stderr, "soak: %s\n", qPrintable(text)); }));
     }
 
     void Open() {
@@ -490,7 +494,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: bench_soak [receipts] [ZorvaneFPU|Tessorim]\n");
         return 2;
     }
-    // Report files and the like stay out of the user's data folder.
+    // The fiscal memory, report files and the like stay out of the user's data folder.
     QTemporaryDir data;
     qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
     SetMessageBoxHandler([](const QString& text, MsgButtons buttons, const QString&) {

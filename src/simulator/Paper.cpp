@@ -5,6 +5,8 @@
 namespace sim {
 
 void PaperRoll::Append(const PrintedLine& line) {
+    if (m_lines.size() >= kCapacity)
+        TearOff();
     m_lines.append(line);
     emit appended(m_lines.size() - 1);
 }
@@ -25,8 +27,22 @@ QString PaperRoll::PlainText(qsizetype fromLine) const {
     return out;
 }
 
+void PaperRoll::TearOff() {
+    qsizetype count = m_lines.size() / 2;
+    for (qsizetype i = count - 1; i < m_lines.size() && i < count + kCutSearch; ++i) {
+        if (m_lines[i].cutAfter) {
+            count = i + 1;
+            break;
+        }
+    }
+    m_lines.remove(0, count); // moves the list's start, not the elements kept
+    m_tornOff += count;
+    emit tornOff(count);
+}
+
 void PaperRoll::Clear() {
     m_lines.clear();
+    m_tornOff = 0;
     emit cleared();
 }
 

@@ -62,6 +62,8 @@ bool IsDocumentTime(const QString& text) {
 }
 
 void ListRoll(const PaperRoll& roll, QString& out) {
+    if (roll.TornOff() > 0)
+        out += QStringLiteral("[TORN OFF %1]\n").arg(roll.TornOff());
     for (const PrintedLine& l : roll.Lines()) {
         out += PaperListingLine(l);
         out += u'\n';

@@ -144,6 +144,35 @@ private slots:
         QCOMPARE(bar->value(), bar->maximum());
     }
 
+    // A roll that tears off its oldest half leaves the view on the same paper, its selection too.
+    void viewThroughATearOff() {
+        sim::PaperRoll roll;
+        PaperView view;
+        view.SetRoll(&roll, {});
+        view.SetKeep(100);
+        sim::PrintedLine line;
+        for (qsizetype i = 0; i < sim::PaperRoll::kCapacity; ++i) {
+            line.text = QString::number(i);
+            line.cutAfter = i % 10 == 9;
+            roll.Append(line);
+        }
+        view.SelectDocumentAt(roll.Count() - 15);
+        const auto texts = [&] {
+            const PaperView::Range r = *view.Selection();
+            return roll.Lines()[r.first].text + u'-' + roll.Lines()[r.last].text;
+        };
+        const QString selected = texts();
+        QCOMPARE(selected, QString::number(sim::PaperRoll::kCapacity - 20) + u'-' +
+                               QString::number(sim::PaperRoll::kCapacity - 11));
+        roll.Append(line);
+        QVERIFY(roll.TornOff() > 0);
+        QCOMPARE(texts(), selected);
+        QCOMPARE(view.FirstShown() + view.ShownCount(), roll.Count());
+        QCOMPARE(roll.Lines()[view.FirstShown()].text,
+                 QString::number(roll.TornOff() + view.FirstShown()));
+        QVERIFY(view.FollowsEnd());
+    }
+
     // Queued output shows when the printer gets to it, not when the call returns.
     void asynchronousOutputShowsWhenPrinted() {
         Bench b;

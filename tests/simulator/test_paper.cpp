@@ -1,5 +1,6 @@
 #include "Money.h"
 #include "Paper.h"
+#include "PaperListing.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -205,6 +206,46 @@ private slots:
         QCOMPARE(roll.Lines().at(3).PaperLines(), 2000000000);
         roll.Clear();
         QCOMPARE(roll.PlainText(), QString());
+    }
+
+    // A full roll loses its oldest half, up to the end of the document there when one ends near.
+    void tearOff_data() {
+        QTest::addColumn<qsizetype>("cutAfter"); // the element a cut follows, -1 none
+        QTest::addColumn<qsizetype>("expected");
+        const qsizetype half = PaperRoll::kCapacity / 2;
+        QTest::newRow("no cut") << qsizetype(-1) << half;
+        QTest::newRow("cut ends the half") << half - 1 << half;
+        QTest::newRow("cut just before the half") << half - 2 << half;
+        QTest::newRow("cut within reach") << half + 99 << half + 100;
+        QTest::newRow("cut out of reach") << half + PaperRoll::kCutSearch + 5 << half;
+    }
+    void tearOff() {
+        QFETCH(qsizetype, cutAfter);
+        QFETCH(qsizetype, expected);
+        PaperRoll roll;
+        PrintedLine line;
+        for (qsizetype i = 0; i < PaperRoll::kCapacity; ++i) {
+            line.text = QString::number(i);
+            line.cutAfter = i == cutAfter;
+            roll.Append(line);
+        }
+        QCOMPARE(roll.TornOff(), 0);
+        QSignalSpy tornOff(&roll, &PaperRoll::tornOff);
+        QSignalSpy appended(&roll, &PaperRoll::appended);
+        line.text = QStringLiteral("last");
+        line.cutAfter = false;
+        roll.Append(line);
+        QCOMPARE(tornOff.count(), 1);
+        QCOMPARE(tornOff.first().at(0).value<qsizetype>(), expected);
+        QCOMPARE(roll.TornOff(), expected);
+        QCOMPARE(roll.Count(), PaperRoll::kCapacity - expected + 1);
+        QCOMPARE(roll.Lines().first().text, QString::number(expected));
+        QCOMPARE(appended.first().at(0).value<qsizetype>(), roll.Count() - 1);
+        QVERIFY(PaperListing(roll, PaperRoll())
+                    .startsWith("== receipt ==\n[TORN OFF " + QString::number(expected) + "]\n" +
+                                QString::number(expected) + "\n"));
+        roll.Clear();
+        QCOMPARE(roll.TornOff(), 0);
     }
 };
 

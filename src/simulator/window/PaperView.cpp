@@ -34,12 +34,14 @@ PaperView::PaperView(QWidget* parent) : QAbstractScrollArea(parent) {
 void PaperView::SetRoll(const sim::PaperRoll* roll, BitmapLookup bitmaps) {
     disconnect(m_appendedConnection);
     disconnect(m_clearedConnection);
+    disconnect(m_tornOffConnection);
     disconnect(m_destroyedConnection);
     m_roll = roll;
     m_bitmaps = std::move(bitmaps);
     if (m_roll) {
         m_appendedConnection = connect(m_roll, &sim::PaperRoll::appended, this, &PaperView::OnAppended);
         m_clearedConnection = connect(m_roll, &sim::PaperRoll::cleared, this, &PaperView::Rebuild);
+        m_tornOffConnection = connect(m_roll, &sim::PaperRoll::tornOff, this, &PaperView::OnTornOff);
         m_destroyedConnection = connect(m_roll, &QObject::destroyed, this, [this] { SetRoll(nullptr); });
     }
     Rebuild();
@@ -82,6 +84,24 @@ void PaperView::OnAppended(qsizetype index) {
     if (!m_relayout.isActive()) {
         const qint64 since = m_lastFrame.isValid() ? m_lastFrame.elapsed() : kFrameMs;
         m_relayout.start(int(std::max<qint64>(0, kFrameMs - since)));
+    }
+}
+
+// The roll keeps far more than a view shows, so what is shown normally stays: only its indices move.
+void PaperView::OnTornOff(qsizetype count) {
+    if (count > m_first) {
+        Rebuild();
+        return;
+    }
+    m_first -= count;
+    QHash<qsizetype, QImage> moved;
+    for (auto it = m_printedBitmaps.cbegin(); it != m_printedBitmaps.cend(); ++it)
+        moved.insert(it.key() - count, it.value());
+    m_printedBitmaps.swap(moved);
+    if (m_selection) {
+        m_selection->first -= count;
+        m_selection->last -= count;
+        emit selectionChanged();
     }
 }
 

@@ -74,6 +74,7 @@ protected:
 private:
     void Rebuild();
     void OnAppended(qsizetype index);
+    void OnTornOff(qsizetype count);
     void Append(qsizetype index);
     void TrimFront();
     void Relayout();
@@ -100,5 +101,6 @@ private:
     bool m_adjusting = false;
     QTimer m_relayout;
     QElapsedTimer m_lastFrame;
-    QMetaObject::Connection m_appendedConnection, m_clearedConnection, m_destroyedConnection;
+    QMetaObject::Connection m_appendedConnection, m_clearedConnection, m_tornOffConnection,
+        m_destroyedConnection;
 };
