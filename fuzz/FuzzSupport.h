@@ -1,5 +1,7 @@
 #pragma once
 
+#include "IFiscalPrinter.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -25,6 +27,14 @@ void CheckBooks(const SimulatedFiscalPrinter& printer);
 
 // Report files written by one input are gone before they pile up over millions of inputs.
 void TidyReports();
+
+// Answers every error event with Clear, so that a fault met by queued output never loops.
+class ClearingSink : public IFiscalPrinterEvents {
+public:
+    void ErrorEvent(int32_t, int32_t, int32_t, int32_t& response) override { response = 12; }
+    void OutputCompleteEvent(int32_t) override {}
+    void StatusUpdateEvent(int32_t) override {}
+};
 
 // Input bytes as text: UTF-8 when they are, Latin-1 otherwise, as the macro files are read.
 QString Text(const QByteArray& bytes);

@@ -79,14 +79,6 @@ void Step(SimulatedFiscalPrinter& p, const QString& line) {
     }
 }
 
-// Answers every error event with Clear, so that a fault met by queued output never loops.
-class ClearingSink : public IFiscalPrinterEvents {
-public:
-    void ErrorEvent(int32_t, int32_t, int32_t, int32_t& response) override { response = 12; }
-    void OutputCompleteEvent(int32_t) override {}
-    void StatusUpdateEvent(int32_t) override {}
-};
-
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -98,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const QString input =
         fuzz::Text(QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
     SimulatedFiscalPrinter p;
-    ClearingSink sink;
+    fuzz::ClearingSink sink;
     p.SetEventSink(&sink);
     p.Drawer().SetAutoCloseMs(1);
     p.SetPrintTimePerLineMs(0);

@@ -28,13 +28,6 @@ QByteArray ReadAll(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-class ClearingSink : public IFiscalPrinterEvents {
-public:
-    void ErrorEvent(int32_t, int32_t, int32_t, int32_t& response) override { response = 12; }
-    void OutputCompleteEvent(int32_t) override {}
-    void StatusUpdateEvent(int32_t) override {}
-};
-
 // One sale of 1.00 in cash: when every call is taken, the day's net total grows by exactly that.
 void SellOne(SimulatedFiscalPrinter& p) {
     const Amount before = p.Memory().DayTotals().Sum(sim::TotalKind::Net);
@@ -89,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     int journal = 0;
     {
         SimulatedFiscalPrinter p;
-        ClearingSink sink;
+        fuzz::ClearingSink sink;
         p.SetEventSink(&sink);
         p.SetPrintTimePerLineMs(0);
         p.SetFiscalMemoryFactory([&opening](const sim::ModelSwitches&) { return std::move(opening.memory); });
