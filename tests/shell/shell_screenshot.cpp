@@ -1,5 +1,5 @@
 // Draws the main window over the simulated printer, after Open Claim Enable, into a PNG.
-// Usage: xvfb-run -a shell_screenshot docs/main-window.png
+// Usage: QT_QPA_PLATFORM=offscreen shell_screenshot docs/main-window.png
 #include "MDITestFPOPOS.h"
 #include "SimulatedFiscalPrinter.h"
 #include "frmToolbar.h"
