@@ -1,7 +1,6 @@
 #include "FullNonFiscalTicket.h"
 #include "OposAll.h"
-#include "PanelBench.h"
-#include "SimulatedFiscalPrinter.h"
+#include "SimBench.h"
 #include "frmAutoTests.h"
 
 #include <QRegularExpression>
@@ -11,41 +10,17 @@ using namespace OposAll;
 namespace {
 
 // The automatic tests panel over a freshly opened, claimed and enabled simulated printer.
-struct SimBench {
-    SimulatedFiscalPrinter printer;
-    clsBenchLog log;
-    clsFprtWrapper wrapper{printer, log};
-    clsMacroEngine macro{wrapper};
-    QStringList messages;
-    PanelContext ctx{printer, wrapper, macro, [this] { Refresh(); }};
+struct AutoSim : SimBench {
     frmAutoTests panel{ctx};
-    qsizetype logStart = 0;
     qsizetype rollStart = 0;
 
-    explicit SimBench(const QString& model) {
-        wrapper.SetRecorder(&macro);
-        macro.Construct();
-        SetMessageBoxHandler([this](const QString& text, MsgButtons, const QString&) {
-            messages.append(text);
-            return MsgResult::Ok;
-        });
-        wrapper.WOpen(model);
-        wrapper.ClaimDevice(2000);
-        wrapper.SetDeviceEnabled(true);
-        Mark();
-    }
-    ~SimBench() { SetMessageBoxHandler({}); }
-    void Refresh() {
-        if (const int32_t code = printer.ResultCode())
-            ShowMessage(QStringLiteral("ERRORS: ") + Tools::ResultCodeName(code));
-    }
+    explicit AutoSim(const QString& model) : SimBench(model) { Mark(); }
     // What follows is what the next test step reads.
     void Mark() {
         logStart = LinesOf(log).size();
         rollStart = printer.ReceiptRoll().Count();
         messages.clear();
     }
-    QStringList Log() const { return LinesOf(log).mid(logStart); }
     // The refused calls of the log, each up to the names of its codes (the error text dropped).
     QStringList Refusals() const {
         QStringList out;
@@ -198,7 +173,7 @@ private slots:
         QFETCH(QString, currentTotal);
         QFETCH(QString, voided);
         QFETCH(int, receiptType);
-        SimBench bench(model);
+        AutoSim bench(model);
         (script == QStringLiteral("fiscal") ? bench.panel.cmdFullFiscalTicket : bench.panel.cmdFullCreditNote)
             ->click();
 
@@ -213,13 +188,12 @@ private slots:
             expected.append(QStringLiteral("open receipt's total %1").arg(currentTotal));
             shown.append(QStringLiteral("open receipt's total %1").arg(bench.Data(FPTR_GD_CURRENT_TOTAL)));
         }
+        auto paper = [](bool on, const QString& pattern) {
+            return (on ? "on paper " : "not on paper ") + pattern;
+        };
         for (const QString& pattern : onPaper + offPaper) {
-            expected.append(
-                (onPaper.contains(pattern) ? QStringLiteral("on paper ") : QStringLiteral("not on paper ")) +
-                pattern);
-            shown.append(
-                (bench.OnPaper(pattern) ? QStringLiteral("on paper ") : QStringLiteral("not on paper ")) +
-                pattern);
+            expected.append(paper(onPaper.contains(pattern), pattern));
+            shown.append(paper(bench.OnPaper(pattern), pattern));
         }
 
         QCOMPARE(bench.Refusals(), refusals);
@@ -245,7 +219,7 @@ private slots:
         QFETCH(bool, dayOpen);
         QFETCH(int, zReports);
         QFETCH(bool, bitmap);
-        SimBench bench(model);
+        AutoSim bench(model);
         if (dayOpen) {
             bench.panel.txtNumberOfLines->setText(QStringLiteral("1"));
             bench.panel.cmdAutoPrintTicket->click();
@@ -306,7 +280,7 @@ private slots:
     void continuousTicket() {
         QFETCH(QString, model);
         QFETCH(bool, async);
-        SimBench bench(model);
+        AutoSim bench(model);
         frmAutoTests& panel = bench.panel;
         panel.txtNumberOfLines->setText(QStringLiteral("3"));
         panel.txtNumberOfTests->setText(QStringLiteral("2"));
@@ -326,14 +300,11 @@ private slots:
         QCOMPARE(bench.Log().contains(QStringLiteral("State = 3 (OPOS_S_BUSY)")), async);
         QVERIFY(!bench.printer.AsyncMode());
 
-        AutoBench_Fire(timer);
+        QMetaObject::invokeMethod(timer, "timeout");
         QVERIFY(!timer->isActive());
         QCOMPARE(bench.Log().count(QStringLiteral("EndFiscalReceipt(, 0)     -> OposSuccess(0)")), 2);
         QCOMPARE(bench.Data(FPTR_GD_FISCAL_REC), QStringLiteral("2"));
     }
-
-private:
-    static void AutoBench_Fire(QTimer* timer) { QMetaObject::invokeMethod(timer, "timeout"); }
 };
 
 QTEST_MAIN(AutoTestsSimulatedTest)
