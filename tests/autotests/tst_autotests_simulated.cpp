@@ -54,18 +54,16 @@ struct AutoSim : SimBench {
 QString L(const char* text) {
     return QString::fromUtf8(text);
 }
-QString Refused(const char* call, const char* codes) {
-    return L(call) + QStringLiteral("     -> ") + L(codes);
-}
-QString WrongState(const char* call) {
+const auto Refused = [](const char* call, const char* codes) { return L(call) + "     -> " + L(codes); };
+const auto WrongState = [](const char* call) {
     return Refused(call, "OposEExtended(114)  OposEfptrWrongState(207)");
-}
-QString BadVat(const char* call) {
+};
+const auto BadVat = [](const char* call) {
     return Refused(call, "OposEExtended(114)  OposEfptrBadVat(217)");
-}
-QString BadAmount(const char* call) {
+};
+const auto BadAmount = [](const char* call) {
     return Refused(call, "OposEExtended(114)  OposEfptrBadItemAmount(214)");
-}
+};
 // An amount line of the receipt: its label's start, then the amount at the end of the line.
 QString AmountLine(const char* label, const char* units, const char* cents) {
     return QStringLiteral("^%1\\S*(\\s+EURO)?\\s+%2[.,]%3$").arg(L(label), L(units), L(cents));
