@@ -114,20 +114,6 @@ DirectIOData Block(std::initializer_list<int32_t> leading) {
     return data;
 }
 
-void Edit(QWidget* panel, const QString& edits) {
-    for (const QString& edit : edits.split(u';', Qt::SkipEmptyParts)) {
-        const QString name = edit.section(u'=', 0, 0);
-        const QString value = edit.section(u'=', 1);
-        if (auto* list = panel->findChild<QComboBox*>(name)) {
-            list->setCurrentIndex(value.mid(1).toInt());
-        } else {
-            auto* field = panel->findChild<QLineEdit*>(name);
-            QVERIFY2(field, qPrintable(name));
-            field->setText(value);
-        }
-    }
-}
-
 QString Shown(const QWidget* w) {
     if (auto* label = qobject_cast<const QLabel*>(w))
         return label->text();
@@ -171,7 +157,7 @@ private slots:
         QFETCH(int, row);
         const Action& a = kActions[row];
         frmDirectIO panel(bench->ctx, QStringLiteral("Tessorim"));
-        Edit(&panel, QString::fromLatin1(a.edits));
+        PanelBench::Apply(&panel, QString::fromLatin1(a.edits).split(u';', Qt::SkipEmptyParts));
         auto* button = panel.findChild<QPushButton*>(QLatin1StringView(a.button));
         QVERIFY(button);
         button->click();
@@ -459,69 +445,44 @@ private slots:
         QVERIFY(bench->Calls().isEmpty());
     }
 
-    void printMode_data() {
-        QTest::addColumn<int>("justify");
-        QTest::addColumn<bool>("doubleHeight");
-        QTest::addColumn<bool>("doubleWidth");
-        QTest::addColumn<bool>("reverse");
+    // The two mode dialogs: what is picked, then the value and the hexadecimal label it shows.
+    void modeDialogs_data() {
+        QTest::addColumn<bool>("print");
+        QTest::addColumn<QString>("steps");
         QTest::addColumn<int>("value");
         QTest::addColumn<QString>("label");
         // clang-format off
-        QTest::newRow("left")                 << 0 << false << false << false << 48  << "30";
-        QTest::newRow("right, double height") << 1 << true  << false << false << 53  << "35";
-        QTest::newRow("center, double width") << 2 << false << true  << false << 58  << "3A";
-        QTest::newRow("left, reverse")        << 0 << false << false << true  << 112 << "70";
-        QTest::newRow("center, everything")   << 2 << true  << true  << true  << 126 << "7E";
+        QTest::newRow("print: left")                 << true << "cbJustify=#0" << 48 << "30";
+        QTest::newRow("print: right, double height") << true << "cbJustify=#1 chkDblHeight" << 53 << "35";
+        QTest::newRow("print: center, double width") << true << "cbJustify=#2 chkDblWidth" << 58 << "3A";
+        QTest::newRow("print: left, reverse")        << true << "cbJustify=#0 chkReverseMode" << 112 << "70";
+        QTest::newRow("print: center, everything")   << true << "chkDblHeight chkDblWidth chkReverseMode cbJustify=#2" << 126 << "7E";
+        QTest::newRow("show: no rotate")             << false << "cbShMRotate=#0" << 0 << "0";
+        QTest::newRow("show: no rotate, blink")      << false << "cbShMRotate=#0 chkBlink" << 8 << "8";
+        QTest::newRow("show: right")                 << false << "cbShMRotate=#1" << 4 << "4";
+        QTest::newRow("show: left")                  << false << "cbShMRotate=#2" << 5 << "5";
+        QTest::newRow("show: up, blink")             << false << "cbShMRotate=#3 chkBlink" << 14 << "E";
+        QTest::newRow("show: down, blink")           << false << "chkBlink cbShMRotate=#4" << 15 << "F";
         // clang-format on
     }
-    void printMode() {
-        QFETCH(int, justify);
-        QFETCH(bool, doubleHeight);
-        QFETCH(bool, doubleWidth);
-        QFETCH(bool, reverse);
+    void modeDialogs() {
+        QFETCH(bool, print);
+        QFETCH(QString, steps);
         QFETCH(int, value);
         QFETCH(QString, label);
-        frmPrintMode dialog;
-        QCOMPARE(dialog.lblPrintMode->text(), QStringLiteral("30"));
-        dialog.show();
-        dialog.chkDblHeight->setChecked(doubleHeight);
-        dialog.chkDblWidth->setChecked(doubleWidth);
-        dialog.chkReverseMode->setChecked(reverse);
-        dialog.cbJustify->setCurrentIndex(justify);
-        QCOMPARE(dialog.selectedPrintMode, value);
-        QCOMPARE(dialog.lblPrintMode->text(), label);
-        dialog.cmdOK->click();
-        QVERIFY(!dialog.isVisible());
-        QCOMPARE(dialog.selectedPrintMode, value);
-    }
-
-    void showMode_data() {
-        QTest::addColumn<int>("rotation");
-        QTest::addColumn<bool>("blink");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QString>("label");
-        QTest::newRow("no rotate") << 0 << false << 0 << "0";
-        QTest::newRow("no rotate, blink") << 0 << true << 8 << "8";
-        QTest::newRow("right") << 1 << false << 4 << "4";
-        QTest::newRow("left") << 2 << false << 5 << "5";
-        QTest::newRow("up, blink") << 3 << true << 14 << "E";
-        QTest::newRow("down, blink") << 4 << true << 15 << "F";
-    }
-    void showMode() {
-        QFETCH(int, rotation);
-        QFETCH(bool, blink);
-        QFETCH(int, value);
-        QFETCH(QString, label);
-        frmShowMode dialog;
-        QCOMPARE(dialog.lblShowMode->text(), QStringLiteral("0"));
-        dialog.show();
-        dialog.cbShMRotate->setCurrentIndex(rotation);
-        dialog.chkBlink->setChecked(blink);
-        QCOMPARE(dialog.selectedShowMode, value);
-        QCOMPARE(dialog.lblShowMode->text(), label);
-        dialog.cmdOK->click();
-        QVERIFY(!dialog.isVisible());
-        QCOMPARE(dialog.selectedShowMode, value);
+        frmPrintMode printMode;
+        frmShowMode showMode;
+        QDialog* dialog = print ? static_cast<QDialog*>(&printMode) : &showMode;
+        QLabel* shown = print ? printMode.lblPrintMode : showMode.lblShowMode;
+        const int& selected = print ? printMode.selectedPrintMode : showMode.selectedShowMode;
+        QCOMPARE(shown->text(), print ? QStringLiteral("30") : QStringLiteral("0"));
+        dialog->show();
+        PanelBench::Apply(dialog, steps.split(u' '));
+        QCOMPARE(selected, value);
+        QCOMPARE(shown->text(), label);
+        dialog->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(selected, value);
     }
 };
 
