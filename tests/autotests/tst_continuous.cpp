@@ -28,6 +28,12 @@ class ContinuousTest : public QObject {
     }
     QTimer* Timer(bool async) const { return async ? bench->panel.tmrTestA : bench->panel.tmrTest; }
     int Tickets() const { return int(bench->CallsOf("BeginFiscalReceipt").size()); }
+    // Tickets of one line that the printer adds up right, `repetitions` times.
+    void OneLineTickets(int repetitions) {
+        bench->panel.txtNumberOfLines->setText(QStringLiteral("1"));
+        bench->panel.txtNumberOfTests->setText(QString::number(repetitions));
+        bench->Answer("GetData", 2, QStringLiteral("100"));
+    }
 
 private slots:
     void init() {
@@ -144,9 +150,7 @@ private slots:
     void repetitionsCountDown() {
         QFETCH(bool, async);
         frmAutoTests& panel = bench->panel;
-        panel.txtNumberOfLines->setText(QStringLiteral("1"));
-        panel.txtNumberOfTests->setText(QStringLiteral("3"));
-        bench->Answer("GetData", 2, QStringLiteral("100"));
+        OneLineTickets(3);
 
         Button(async)->click();
         QCOMPARE(panel.txtNumberOfTests->text(), QStringLiteral(" 2"));
@@ -169,9 +173,7 @@ private slots:
     // The operator changes the count during the pause: the repetition reads the box anew.
     void repetitionReadsTheBoxesAgain() {
         frmAutoTests& panel = bench->panel;
-        panel.txtNumberOfLines->setText(QStringLiteral("1"));
-        panel.txtNumberOfTests->setText(QStringLiteral("5"));
-        bench->Answer("GetData", 2, QStringLiteral("100"));
+        OneLineTickets(5);
         panel.cmdAutoPrintTicket->click();
         panel.txtNumberOfTests->setText(QStringLiteral("1"));
         panel.txtNumberOfLines->setText(QStringLiteral("2"));
@@ -207,9 +209,7 @@ private slots:
     // A press of either button in the pause is the repetition that was due: the timer stops.
     void pressInThePauseTakesOverTheRepetition() {
         frmAutoTests& panel = bench->panel;
-        panel.txtNumberOfLines->setText(QStringLiteral("1"));
-        panel.txtNumberOfTests->setText(QStringLiteral("2"));
-        bench->Answer("GetData", 2, QStringLiteral("100"));
+        OneLineTickets(2);
         panel.cmdAutoPrintTicket->click();
         QVERIFY(panel.tmrTest->isActive());
         panel.cmdPrintTicketA->click();
