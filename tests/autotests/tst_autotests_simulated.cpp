@@ -1,7 +1,6 @@
 #include "FullNonFiscalTicket.h"
 #include "OposAll.h"
-#include "PanelBench.h"
-#include "SimulatedFiscalPrinter.h"
+#include "SimBench.h"
 #include "frmAutoTests.h"
 
 #include <QRegularExpression>
@@ -11,41 +10,17 @@ using namespace OposAll;
 namespace {
 
 // The automatic tests panel over a freshly opened, claimed and enabled simulated printer.
-struct SimBench {
-    SimulatedFiscalPrinter printer;
-    clsBenchLog log;
-    clsFprtWrapper wrapper{printer, log};
-    clsMacroEngine macro{wrapper};
-    QStringList messages;
-    PanelContext ctx{printer, wrapper, macro, [this] { Refresh(); }};
+struct AutoSim : SimBench {
     frmAutoTests panel{ctx};
-    qsizetype logStart = 0;
     qsizetype rollStart = 0;
 
-    explicit SimBench(const QString& model) {
-        wrapper.SetRecorder(&macro);
-        macro.Construct();
-        SetMessageBoxHandler([this](const QString& text, MsgButtons, const QString&) {
-            messages.append(text);
-            return MsgResult::Ok;
-        });
-        wrapper.WOpen(model);
-        wrapper.ClaimDevice(2000);
-        wrapper.SetDeviceEnabled(true);
-        Mark();
-    }
-    ~SimBench() { SetMessageBoxHandler({}); }
-    void Refresh() {
-        if (const int32_t code = printer.ResultCode())
-            ShowMessage(QStringLiteral("ERRORS: ") + Tools::ResultCodeName(code));
-    }
+    explicit AutoSim(const QString& model) : SimBench(model) { Mark(); }
     // What follows is what the next test step reads.
     void Mark() {
         logStart = LinesOf(log).size();
         rollStart = printer.ReceiptRoll().Count();
         messages.clear();
     }
-    QStringList Log() const { return LinesOf(log).mid(logStart); }
     // The refused calls of the log, each up to the names of its codes (the error text dropped).
     QStringList Refusals() const {
         QStringList out;
@@ -79,18 +54,16 @@ struct SimBench {
 QString L(const char* text) {
     return QString::fromUtf8(text);
 }
-QString Refused(const char* call, const char* codes) {
-    return L(call) + QStringLiteral("     -> ") + L(codes);
-}
-QString WrongState(const char* call) {
+const auto Refused = [](const char* call, const char* codes) { return L(call) + "     -> " + L(codes); };
+const auto WrongState = [](const char* call) {
     return Refused(call, "OposEExtended(114)  OposEfptrWrongState(207)");
-}
-QString BadVat(const char* call) {
+};
+const auto BadVat = [](const char* call) {
     return Refused(call, "OposEExtended(114)  OposEfptrBadVat(217)");
-}
-QString BadAmount(const char* call) {
+};
+const auto BadAmount = [](const char* call) {
     return Refused(call, "OposEExtended(114)  OposEfptrBadItemAmount(214)");
-}
+};
 // An amount line of the receipt: its label's start, then the amount at the end of the line.
 QString AmountLine(const char* label, const char* units, const char* cents) {
     return QStringLiteral("^%1\\S*(\\s+EURO)?\\s+%2[.,]%3$").arg(L(label), L(units), L(cents));
@@ -140,16 +113,14 @@ class AutoTestsSimulatedTest : public QObject {
     Q_OBJECT
 
 private slots:
+    // Facts are "PrinterState=n", "voided=n" (voided receipts of the day), "FiscalReceiptType=n",
+    // "total=n" (the open receipt's), "on=pattern" (some receipt line matches), "off=pattern" (none does).
     void fiscalScripts_data() {
         QTest::addColumn<QString>("model");
         QTest::addColumn<QString>("script");
         QTest::addColumn<QStringList>("refusals");
-        QTest::addColumn<int>("printerState");
-        QTest::addColumn<QStringList>("onPaper");  // patterns that some receipt line matches
-        QTest::addColumn<QStringList>("offPaper"); // patterns that no receipt line matches
-        QTest::addColumn<QString>("currentTotal"); // of the receipt left open; empty when closed
-        QTest::addColumn<QString>("voided");       // voided receipts of the day
-        QTest::addColumn<int>("receiptType");      // FiscalReceiptType at the end
+        QTest::addColumn<QStringList>("facts");
+        const QString on = QStringLiteral("on="), off = QStringLiteral("off=");
 
         // The printer's own total rules on this model: the 4.30 that stands in for the void of
         // 10 % of 39.00 (3.90) leaves 39.40 and 34.40. The last payment, 20.00 on a non-cash form
@@ -159,18 +130,23 @@ private slots:
             << L("ZorvaneFPU") << L("fiscal")
             << QStringList{BadAmount("PrintRecTotal(34.00, 20.00, \"9\")"),
                            WrongState("EndFiscalReceipt(, 0)")}
-            << 3
-            << QStringList{AmountLine("SUBTOTAL", "39", "00"), AmountLine("SUBTOTAL", "39", "40"),
-                           AmountLine("TOTAL", "34", "40"), L("^PreLine: refund follows$")}
-            << QStringList{} << L("3440") << L("0") << 4;
+            << QStringList{L("PrinterState=3"),
+                           L("voided=0"),
+                           L("FiscalReceiptType=4"),
+                           L("total=3440"),
+                           on + AmountLine("SUBTOTAL", "39", "00"),
+                           on + AmountLine("SUBTOTAL", "39", "40"),
+                           on + AmountLine("TOTAL", "34", "40"),
+                           on + L("^PreLine: refund follows$")};
         // Four VAT rates: the items on rate 5 are refused, the printer's subtotal is 33.00, and
         // the subtotal of 39.00 cancels the receipt, which waits to be ended.
-        const QStringList tessorimFiscal =
-            Rate5Refused() + QStringList{BadVat("PrintRecRefund(\"REFUND ITEM  10\", 4.00, 5)")} +
-            CancelledAtSubtotal("39.00", "34.00", true, "20.00");
+        const QStringList cancelled{L("PrinterState=1"), L("voided=1"), L("FiscalReceiptType=4"),
+                                    off + Subtotal, off + Total};
         QTest::newRow("Tessorim: full fiscal ticket")
-            << L("Tessorim") << L("fiscal") << tessorimFiscal << 1 << QStringList{}
-            << QStringList{Subtotal, Total} << QString() << L("1") << 4;
+            << L("Tessorim") << L("fiscal")
+            << Rate5Refused() + QStringList{BadVat("PrintRecRefund(\"REFUND ITEM  10\", 4.00, 5)")} +
+                   CancelledAtSubtotal("39.00", "34.00", true, "20.00")
+            << cancelled;
 
         // The credit note adds up as meant: 43.00 and 38.00. Its last payment, 30.00 on a
         // non-cash form against 25.30 due, is refused, and so are the end and the receipt type.
@@ -178,52 +154,44 @@ private slots:
             << L("ZorvaneFPU") << L("credit")
             << QStringList{BadAmount("PrintRecTotal(38.00, 30.00, \"9\")"),
                            WrongState("EndFiscalReceipt(, 0)"), WrongState("FiscalReceiptType := 4")}
-            << 3
-            << QStringList{AmountLine("SUBTOTAL", "43", "00"), AmountLine("TOTAL", "38", "00"),
-                           L("^8953986357$"), L("^Additional Text$")}
-            << QStringList{} << L("3800") << L("0") << 7;
-        const QStringList tessorimCredit =
-            Rate5Refused() + CancelledAtSubtotal("43.00", "38.00", false, "30.00");
+            << QStringList{L("PrinterState=3"),
+                           L("voided=0"),
+                           L("FiscalReceiptType=7"),
+                           L("total=3800"),
+                           on + AmountLine("SUBTOTAL", "43", "00"),
+                           on + AmountLine("TOTAL", "38", "00"),
+                           on + L("^8953986357$"),
+                           on + L("^Additional Text$")};
         QTest::newRow("Tessorim: full credit note")
-            << L("Tessorim") << L("credit") << tessorimCredit << 1 << QStringList{}
-            << QStringList{Subtotal, Total} << QString() << L("1") << 4;
+            << L("Tessorim") << L("credit")
+            << Rate5Refused() + CancelledAtSubtotal("43.00", "38.00", false, "30.00") << cancelled;
     }
     void fiscalScripts() {
         QFETCH(QString, model);
         QFETCH(QString, script);
         QFETCH(QStringList, refusals);
-        QFETCH(int, printerState);
-        QFETCH(QStringList, onPaper);
-        QFETCH(QStringList, offPaper);
-        QFETCH(QString, currentTotal);
-        QFETCH(QString, voided);
-        QFETCH(int, receiptType);
-        SimBench bench(model);
+        QFETCH(QStringList, facts);
+        AutoSim bench(model);
         (script == QStringLiteral("fiscal") ? bench.panel.cmdFullFiscalTicket : bench.panel.cmdFullCreditNote)
             ->click();
 
-        // What the printer shows after the script, as facts side by side with what they must be.
-        QStringList expected{QStringLiteral("PrinterState %1").arg(printerState),
-                             QStringLiteral("voided receipts %1").arg(voided),
-                             QStringLiteral("FiscalReceiptType %1").arg(receiptType)};
-        QStringList shown{QStringLiteral("PrinterState %1").arg(bench.printer.PrinterState()),
-                          QStringLiteral("voided receipts %1").arg(bench.Data(FPTR_GD_FISCAL_REC_VOID)),
-                          QStringLiteral("FiscalReceiptType %1").arg(bench.printer.FiscalReceiptType())};
-        if (!currentTotal.isEmpty()) {
-            expected.append(QStringLiteral("open receipt's total %1").arg(currentTotal));
-            shown.append(QStringLiteral("open receipt's total %1").arg(bench.Data(FPTR_GD_CURRENT_TOTAL)));
+        // What the printer shows after the script, fact by fact beside what it must be.
+        QStringList shown;
+        for (const QString& fact : facts) {
+            const QString key = fact.section(u'=', 0, 0), value = fact.section(u'=', 1);
+            if (key == QLatin1StringView("on") || key == QLatin1StringView("off"))
+                shown.append((bench.OnPaper(value) ? "on=" : "off=") + value);
+            else if (key == QLatin1StringView("PrinterState"))
+                shown.append(key + u'=' + QString::number(bench.printer.PrinterState()));
+            else if (key == QLatin1StringView("FiscalReceiptType"))
+                shown.append(key + u'=' + QString::number(bench.printer.FiscalReceiptType()));
+            else
+                shown.append(key + u'=' +
+                             bench.Data(key == QLatin1StringView("voided") ? FPTR_GD_FISCAL_REC_VOID
+                                                                           : FPTR_GD_CURRENT_TOTAL));
         }
-        for (const QString& pattern : onPaper + offPaper) {
-            expected.append(
-                (onPaper.contains(pattern) ? QStringLiteral("on paper ") : QStringLiteral("not on paper ")) +
-                pattern);
-            shown.append(
-                (bench.OnPaper(pattern) ? QStringLiteral("on paper ") : QStringLiteral("not on paper ")) +
-                pattern);
-        }
-
         QCOMPARE(bench.Refusals(), refusals);
-        QCOMPARE(shown, expected);
+        QCOMPARE(shown, facts);
         QVERIFY(bench.messages.isEmpty()); // these scripts show nothing
     }
 
@@ -245,7 +213,7 @@ private slots:
         QFETCH(bool, dayOpen);
         QFETCH(int, zReports);
         QFETCH(bool, bitmap);
-        SimBench bench(model);
+        AutoSim bench(model);
         if (dayOpen) {
             bench.panel.txtNumberOfLines->setText(QStringLiteral("1"));
             bench.panel.cmdAutoPrintTicket->click();
@@ -306,7 +274,7 @@ private slots:
     void continuousTicket() {
         QFETCH(QString, model);
         QFETCH(bool, async);
-        SimBench bench(model);
+        AutoSim bench(model);
         frmAutoTests& panel = bench.panel;
         panel.txtNumberOfLines->setText(QStringLiteral("3"));
         panel.txtNumberOfTests->setText(QStringLiteral("2"));
@@ -326,14 +294,11 @@ private slots:
         QCOMPARE(bench.Log().contains(QStringLiteral("State = 3 (OPOS_S_BUSY)")), async);
         QVERIFY(!bench.printer.AsyncMode());
 
-        AutoBench_Fire(timer);
+        QMetaObject::invokeMethod(timer, "timeout");
         QVERIFY(!timer->isActive());
         QCOMPARE(bench.Log().count(QStringLiteral("EndFiscalReceipt(, 0)     -> OposSuccess(0)")), 2);
         QCOMPARE(bench.Data(FPTR_GD_FISCAL_REC), QStringLiteral("2"));
     }
-
-private:
-    static void AutoBench_Fire(QTimer* timer) { QMetaObject::invokeMethod(timer, "timeout"); }
 };
 
 QTEST_MAIN(AutoTestsSimulatedTest)

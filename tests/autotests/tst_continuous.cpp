@@ -17,6 +17,8 @@ class ContinuousTest : public QObject {
         QString title;
     };
     QList<Box> boxes;
+    // How the ticket ends after GetData.
+    enum Close { Pay, Wrong, VoidPayment };
 
     static QString Item(int line) {
         return QStringLiteral("PrintRecItem|TEST ITEM  %1|1.00|0|1|0.00|").arg(line);
@@ -26,6 +28,12 @@ class ContinuousTest : public QObject {
     }
     QTimer* Timer(bool async) const { return async ? bench->panel.tmrTestA : bench->panel.tmrTest; }
     int Tickets() const { return int(bench->CallsOf("BeginFiscalReceipt").size()); }
+    // Tickets of one line that the printer adds up right, `repetitions` times.
+    void OneLineTickets(int repetitions) {
+        bench->panel.txtNumberOfLines->setText(QStringLiteral("1"));
+        bench->panel.txtNumberOfTests->setText(QString::number(repetitions));
+        bench->Answer("GetData", 2, QStringLiteral("100"));
+    }
 
 private slots:
     void init() {
@@ -46,51 +54,33 @@ private slots:
         QTest::addColumn<QString>("reply");
         QTest::addColumn<int>("totalResult");
         QTest::addColumn<int>("items");
-        QTest::addColumn<QStringList>("close"); // the calls after GetData
-        QTest::addColumn<QString>("box");       // empty: no message box
+        QTest::addColumn<int>("close");
         QTest::addColumn<QString>("repetitionsAfter");
         QTest::addColumn<bool>("armed");
-
-        const QString wrong = QStringLiteral("PrintRecVoid|FPU TOTAL WRONG");
         for (bool async : {false, true}) {
-            const char* kind = async ? "async" : "sync";
             auto row = [&](const char* tag, const char* lines, const char* repetitions, const char* reply,
-                           int totalResult, int items, QStringList close, const char* box,
-                           const char* repetitionsAfter, bool armed) {
-                QTest::addRow("%s: %s", kind, tag)
-                    << async << QString::fromLatin1(lines) << QString::fromLatin1(repetitions)
-                    << QString::fromLatin1(reply) << totalResult << items << close << QString::fromLatin1(box)
-                    << QString::fromLatin1(repetitionsAfter) << armed;
+                           int totalResult, int items, Close close, const char* after, bool armed) {
+                QTest::addRow("%s: %s", async ? "async" : "sync", tag)
+                    << async << QString(lines) << QString(repetitions) << QString(reply) << totalResult
+                    << items << int(close) << QString(after) << armed;
             };
-            const QStringList paid3{QStringLiteral("PrintRecTotal|3.00|3.00|CENTO!!"),
-                                    QStringLiteral("EndFiscalReceipt|False")};
-            row("300 with 3 lines pays 3.00", "3", "1", "300", 0, 3, paid3, "", "1", false);
-            row("301 with 3 lines is wrong", "3", "1", "301", 0, 3, {wrong}, "TOTAL FAILURE ... FPU SAYS:301",
-                "1", false);
-            row("empty reply", "3", "1", "", 0, 3, {wrong}, "TOTAL FAILURE ... FPU SAYS:", "1", false);
-            row("reply not a number", "3", "1", "3OO", 0, 3, {wrong}, "TOTAL FAILURE ... FPU SAYS:3OO", "1",
-                false);
+            // clang-format off
+            row("300 with 3 lines pays 3.00",      "3",    "1",     "300", 0,   3, Pay, "1", false);
+            row("301 with 3 lines is wrong",       "3",    "1",     "301", 0,   3, Wrong, "1", false);
+            row("empty reply",                     "3",    "1",     "",    0,   3, Wrong, "1", false);
+            row("reply not a number",              "3",    "1",     "3OO", 0,   3, Wrong, "1", false);
             // 2^32 + 300: wrapped to 32 bits it would read as 300.
-            row("reply beyond 32 bits", "3", "1", "4294967596", 0, 3, {wrong},
-                "TOTAL FAILURE ... FPU SAYS:4294967596", "1", false);
-            row("refused payment voids", "3", "1", "300", 114, 3,
-                {QStringLiteral("PrintRecTotal|3.00|3.00|CENTO!!"),
-                 QStringLiteral("PrintRecVoid|PrintRecTotal FAILURE")},
-                "", "1", false);
-            const QStringList paid0{QStringLiteral("PrintRecTotal|0.00|0.00|CENTO!!"),
-                                    QStringLiteral("EndFiscalReceipt|False")};
-            row("zero lines", "0", "1", "0", 0, 0, paid0, "", "1", false);
-            row("lines not a number", "many", "1", "0", 0, 0, paid0, "", "1", false);
-            row("2.5 lines are 2", "2.5", "1", "200", 0, 2,
-                {QStringLiteral("PrintRecTotal|2.00|2.00|CENTO!!"), QStringLiteral("EndFiscalReceipt|False")},
-                "", "1", false);
-            row("3.5 lines are 4", "3.5", "1", "400", 0, 4,
-                {QStringLiteral("PrintRecTotal|4.00|4.00|CENTO!!"), QStringLiteral("EndFiscalReceipt|False")},
-                "", "1", false);
-            row("0 repetitions print one", "3", "0", "300", 0, 3, paid3, "", "0", false);
-            row("negative repetitions print one", "3", "-2", "300", 0, 3, paid3, "", "-2", false);
-            row("text repetitions print one", "3", "often", "300", 0, 3, paid3, "", "often", false);
-            row("2 repetitions leave one", "3", "2", "300", 0, 3, paid3, "", " 1", true);
+            row("reply beyond 32 bits",            "3",    "1",     "4294967596", 0, 3, Wrong, "1", false);
+            row("refused payment voids",           "3",    "1",     "300", 114, 3, VoidPayment, "1", false);
+            row("zero lines",                      "0",    "1",     "0",   0,   0, Pay, "1", false);
+            row("lines not a number",              "many", "1",     "0",   0,   0, Pay, "1", false);
+            row("2.5 lines are 2",                 "2.5",  "1",     "200", 0,   2, Pay, "1", false);
+            row("3.5 lines are 4",                 "3.5",  "1",     "400", 0,   4, Pay, "1", false);
+            row("0 repetitions print one",         "3",    "0",     "300", 0,   3, Pay, "0", false);
+            row("negative repetitions print one",  "3",    "-2",    "300", 0,   3, Pay, "-2", false);
+            row("text repetitions print one",      "3",    "often", "300", 0,   3, Pay, "often", false);
+            row("2 repetitions leave one",         "3",    "2",     "300", 0,   3, Pay, " 1", true);
+            // clang-format on
         }
     }
     void oneTicket() {
@@ -100,8 +90,7 @@ private slots:
         QFETCH(QString, reply);
         QFETCH(int, totalResult);
         QFETCH(int, items);
-        QFETCH(QStringList, close);
-        QFETCH(QString, box);
+        QFETCH(int, close);
         QFETCH(QString, repetitionsAfter);
         QFETCH(bool, armed);
         frmAutoTests& panel = bench->panel;
@@ -118,17 +107,23 @@ private slots:
         if (async)
             expected.append(QStringLiteral("SetAsyncMode|False"));
         expected.append(QStringLiteral("GetData|1|0|"));
-        expected.append(close);
+        const QString total = QStringLiteral("PrintRecTotal|%1.00|%1.00|CENTO!!").arg(items);
+        if (close == Wrong)
+            expected.append(QStringLiteral("PrintRecVoid|FPU TOTAL WRONG"));
+        else
+            expected << total
+                     << (close == Pay ? QStringLiteral("EndFiscalReceipt|False")
+                                      : QStringLiteral("PrintRecVoid|PrintRecTotal FAILURE"));
         QCOMPARE(bench->CallTexts(), expected);
         QCOMPARE(bench->MacroLines().size(), expected.size()); // each call recorded as its own line
         // Only the asynchronous test waits for the device.
         QCOMPARE(bench->printer.reads.contains(Prop::State), async);
 
-        QCOMPARE(boxes.size(), box.isEmpty() ? 0 : 1);
-        if (!box.isEmpty()) {
-            QCOMPARE(boxes[0].text, box);
-            QVERIFY(boxes[0].buttons == MsgButtons::Ok &&
-                    boxes[0].title == ProgramTitle); // no title of its own
+        // A wrong total tells what the printer said, in a box with no title of its own.
+        QCOMPARE(boxes.size(), close == Wrong ? 1 : 0);
+        if (close == Wrong) {
+            QCOMPARE(boxes[0].text, QStringLiteral("TOTAL FAILURE ... FPU SAYS:") + reply);
+            QVERIFY(boxes[0].buttons == MsgButtons::Ok && boxes[0].title == ProgramTitle);
         }
         QCOMPARE(panel.txtNumberOfTests->text(), repetitionsAfter);
         QCOMPARE(Timer(async)->isActive(), armed);
@@ -155,9 +150,7 @@ private slots:
     void repetitionsCountDown() {
         QFETCH(bool, async);
         frmAutoTests& panel = bench->panel;
-        panel.txtNumberOfLines->setText(QStringLiteral("1"));
-        panel.txtNumberOfTests->setText(QStringLiteral("3"));
-        bench->Answer("GetData", 2, QStringLiteral("100"));
+        OneLineTickets(3);
 
         Button(async)->click();
         QCOMPARE(panel.txtNumberOfTests->text(), QStringLiteral(" 2"));
@@ -180,9 +173,7 @@ private slots:
     // The operator changes the count during the pause: the repetition reads the box anew.
     void repetitionReadsTheBoxesAgain() {
         frmAutoTests& panel = bench->panel;
-        panel.txtNumberOfLines->setText(QStringLiteral("1"));
-        panel.txtNumberOfTests->setText(QStringLiteral("5"));
-        bench->Answer("GetData", 2, QStringLiteral("100"));
+        OneLineTickets(5);
         panel.cmdAutoPrintTicket->click();
         panel.txtNumberOfTests->setText(QStringLiteral("1"));
         panel.txtNumberOfLines->setText(QStringLiteral("2"));
@@ -218,9 +209,7 @@ private slots:
     // A press of either button in the pause is the repetition that was due: the timer stops.
     void pressInThePauseTakesOverTheRepetition() {
         frmAutoTests& panel = bench->panel;
-        panel.txtNumberOfLines->setText(QStringLiteral("1"));
-        panel.txtNumberOfTests->setText(QStringLiteral("2"));
-        bench->Answer("GetData", 2, QStringLiteral("100"));
+        OneLineTickets(2);
         panel.cmdAutoPrintTicket->click();
         QVERIFY(panel.tmrTest->isActive());
         panel.cmdPrintTicketA->click();
@@ -285,11 +274,9 @@ private slots:
         QCOMPARE(Tickets(), tickets);
 
         // One ticket after the other, never one inside another.
-        const QStringList paid{QStringLiteral("BeginFiscalReceipt"), QStringLiteral("PrintRecItem"),
-                               QStringLiteral("GetData"), QStringLiteral("PrintRecTotal"),
-                               QStringLiteral("EndFiscalReceipt")};
-        const QStringList voided{QStringLiteral("BeginFiscalReceipt"), QStringLiteral("PrintRecItem"),
-                                 QStringLiteral("GetData"), QStringLiteral("PrintRecVoid")};
+        const QStringList paid =
+            bench->Words("BeginFiscalReceipt PrintRecItem GetData PrintRecTotal EndFiscalReceipt");
+        const QStringList voided = bench->Words("BeginFiscalReceipt PrintRecItem GetData PrintRecVoid");
         QStringList expected = from == QStringLiteral("box") ? voided : paid;
         for (int t = 1; t < tickets; ++t)
             expected += paid;

@@ -162,20 +162,21 @@ private slots:
 
         const QStringList end{L("EndFiscalReceipt|False")};
         const QStringList voided{L("PrintRecVoid|PrintRecTotal FAILURE")};
-        const QStringList backToSales{L("SetFiscalReceiptType|4")};
-        QTest::newRow("fiscal: all succeed") << L("fiscal") << QString() << 0 << 0 << end;
-        QTest::newRow("fiscal: all refused but the last message")
-            << L("fiscal") << QString() << 106 << 0 << end;
-        QTest::newRow("fiscal: the last message refused") << L("fiscal") << QString() << 0 << 114 << voided;
-        QTest::newRow("fiscal: refused begin goes unnoticed")
-            << L("fiscal") << L("BeginFiscalReceipt") << 0 << 0 << end;
-        QTest::newRow("credit: all succeed") << L("credit") << QString() << 0 << 0 << end + backToSales;
-        QTest::newRow("credit: all refused but the last message")
-            << L("credit") << QString() << 106 << 0 << end + backToSales;
-        QTest::newRow("credit: the last message refused")
-            << L("credit") << QString() << 0 << 114 << voided + backToSales;
-        QTest::newRow("credit: refused receipt type goes on")
-            << L("credit") << L("SetFiscalReceiptType") << 0 << 0 << end + backToSales;
+        const QStringList back{L("SetFiscalReceiptType|4")}; // the credit note goes back to sales
+        auto row = [](const char* tag, const char* script, const char* fail, int all, int last,
+                      QStringList close) {
+            QTest::newRow(tag) << L(script) << L(fail) << all << last << close;
+        };
+        // clang-format off
+        row("fiscal: all succeed",                          "fiscal", "",                     0,   0,   end);
+        row("fiscal: all refused but the last message",     "fiscal", "",                     106, 0,   end);
+        row("fiscal: the last message refused",             "fiscal", "",                     0,   114, voided);
+        row("fiscal: refused begin goes unnoticed",         "fiscal", "BeginFiscalReceipt",   0,   0,   end);
+        row("credit: all succeed",                          "credit", "",                     0,   0,   end + back);
+        row("credit: all refused but the last message",     "credit", "",                     106, 0,   end + back);
+        row("credit: the last message refused",             "credit", "",                     0,   114, voided + back);
+        row("credit: refused receipt type goes on",         "credit", "SetFiscalReceiptType", 0,   0,   end + back);
+        // clang-format on
     }
     void fiscalCalls() {
         QFETCH(QString, script);
@@ -232,17 +233,14 @@ private slots:
         QTest::addColumn<QStringList>("preparation");
 
         const QString z = L("PrintZReport");
-        const char* again = "1,7,7,0,0,0,0,0,0,0,0"; // the device below leaves 7, 7, 7
-        QTest::newRow("simple") << L("simple") << true << QList<int>{} << QStringList{};
-        QTest::newRow("full: day closed, load taken")
-            << L("full") << false << QList<int>{0} << QStringList{BitmapLoad()};
-        QTest::newRow("full: day open, load taken")
-            << L("full") << true << QList<int>{0} << QStringList{z, BitmapLoad()};
-        QTest::newRow("full: day open, both loads refused")
-            << L("full") << true << QList<int>{114, 114}
-            << QStringList{z, BitmapLoad(), z, BitmapLoad(again)};
-        QTest::newRow("full: day closed, first load refused")
-            << L("full") << false << QList<int>{106, 0} << QStringList{BitmapLoad(), z, BitmapLoad(again)};
+        const QString again = BitmapLoad("1,7,7,0,0,0,0,0,0,0,0"); // the device below leaves 7, 7, 7
+        // clang-format off
+        QTest::newRow("simple")                              << L("simple") << true  << QList<int>{}         << QStringList{};
+        QTest::newRow("full: day closed, load taken")        << L("full")   << false << QList<int>{0}        << QStringList{BitmapLoad()};
+        QTest::newRow("full: day open, load taken")          << L("full")   << true  << QList<int>{0}        << QStringList{z, BitmapLoad()};
+        QTest::newRow("full: day open, both loads refused")  << L("full")   << true  << QList<int>{114, 114} << QStringList{z, BitmapLoad(), z, again};
+        QTest::newRow("full: day closed, first load refused") << L("full")  << false << QList<int>{106, 0}   << QStringList{BitmapLoad(), z, again};
+        // clang-format on
     }
     void nonFiscalCalls() {
         QFETCH(QString, script);

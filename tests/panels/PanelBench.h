@@ -9,6 +9,7 @@
 #include "clsFprtWrapper.h"
 #include "clsMacroEngine.h"
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -59,6 +60,25 @@ struct PanelBench {
     QStringList Calls() const { return printer.CallNames(); }
     QList<ScriptedPrinter::Call> CallsOf(const char* name) const {
         return printer.CallsOf(QLatin1StringView(name));
+    }
+    // Operator steps on the children of `root`, in order: "name" clicks a button or a check box,
+    // "name=text" types into a field ("name+=text" adds to what it holds), "name=#n" picks row n.
+    static void Apply(QWidget* root, const QStringList& steps) {
+        for (const QString& step : steps) {
+            const QString name = step.section(u'=', 0, 0).remove(u'+');
+            const QString value = step.section(u'=', 1);
+            if (!step.contains(u'=')) {
+                auto* button = root->findChild<QAbstractButton*>(name);
+                QVERIFY2(button, qPrintable(name));
+                button->click();
+            } else if (auto* list = root->findChild<QComboBox*>(name)) {
+                list->setCurrentIndex(value.mid(1).toInt());
+            } else {
+                auto* field = root->findChild<QLineEdit*>(name);
+                QVERIFY2(field, qPrintable(name));
+                field->setText(step.contains(QLatin1StringView("+=")) ? field->text() + value : value);
+            }
+        }
     }
     // Argument `i` of the last call of `name`.
     QVariant Arg(const char* name, int i) const {

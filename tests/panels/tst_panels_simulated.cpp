@@ -1,8 +1,4 @@
-#include "Seams.h"
-#include "SimulatedFiscalPrinter.h"
-#include "clsBenchLog.h"
-#include "clsFprtWrapper.h"
-#include "clsMacroEngine.h"
+#include "SimBench.h"
 #include "frmFiscalTicket.h"
 #include "frmProperties.h"
 #include "frmReports.h"
@@ -10,13 +6,9 @@
 
 #include <QComboBox>
 #include <QFocusEvent>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QScopeGuard>
 #include <QTableWidget>
-#include <QTest>
 #include <QTimer>
 
 // The panels driving the simulated printer, as an operator would.
@@ -25,33 +17,15 @@ class PanelsOnSimulatorTest : public QObject {
 
 private slots:
     void wholeReceiptByHand() {
-        SimulatedFiscalPrinter printer;
-        clsBenchLog log;
-        clsFprtWrapper wrapper{printer, log};
-        clsMacroEngine macro{wrapper};
-        QList<int32_t> results; // ResultCode at each refresh
-        QStringList messages;
-        PanelContext ctx{printer, wrapper, macro, [&] { results.append(printer.ResultCode()); }};
-        wrapper.SetRecorder(&macro);
-        macro.Construct();
-        SetMessageBoxHandler([&](const QString& text, MsgButtons, const QString&) {
-            messages.append(text);
-            return MsgResult::Ok;
-        });
-        const auto reset = qScopeGuard([] { SetMessageBoxHandler({}); });
-        frmSettings settings(ctx);
-        frmFiscalTicket fiscal(ctx);
+        SimBench b; // opened, claimed and enabled, as the toolbar's forward steps leave it
+        frmSettings settings(b.ctx);
+        frmFiscalTicket fiscal(b.ctx);
         fiscal.SetAdditionalTextSources([&] { return settings.AdditionalHeaderText(); },
                                         [&] { return settings.AdditionalTrailerText(); });
-        // The toolbar's forward steps.
-        QCOMPARE(wrapper.WOpen(QStringLiteral("ZorvaneFPU")), 0);
-        wrapper.SetFreezeEvents(false);
-        QCOMPARE(wrapper.ClaimDevice(2000), 0);
-        wrapper.SetDeviceEnabled(true);
-        QCOMPARE(printer.ResultCode(), 0);
-        if (printer.PrinterState() != 1) // a receipt left open by an earlier run
-            wrapper.ResetPrinter();
-        QCOMPARE(printer.PrinterState(), 1);
+        QCOMPARE(b.printer.ResultCode(), 0);
+        if (b.printer.PrinterState() != 1) // a receipt left open by an earlier run
+            b.wrapper.ResetPrinter();
+        QCOMPARE(b.printer.PrinterState(), 1);
         fiscal.RebuildVatList();
         fiscal.RebuildPaymentForms();
         QCOMPARE(fiscal.cbVatId->count(), 9); // this model has eight rates
@@ -59,8 +33,8 @@ private slots:
 
         settings.txtAdditionalHeader->setPlainText(QStringLiteral("Bench header"));
         fiscal.cmdBeginFiscRecpt->click();
-        QCOMPARE(results.last(), 0);
-        QCOMPARE(printer.PrinterState(), 2);
+        QCOMPARE(b.results.last(), 0);
+        QCOMPARE(b.printer.PrinterState(), 2);
         QTRY_VERIFY(!fiscal.tmrUpdateReceiptTotal->isActive());
         for (const auto& [amount, total] : {std::pair{"1.50", "1.50"}, std::pair{"2,25", "3.75"}}) {
             fiscal.txtItemAmount->setText(QLatin1StringView(amount));
@@ -73,34 +47,26 @@ private slots:
         QCOMPARE(fiscal.lastResult(), 0);
         fiscal.cmdPrintRecTotal->click();
         QCOMPARE(fiscal.lastResult(), 0);
-        QCOMPARE(printer.PrinterState(), 4); // paid in full: ending
+        QCOMPARE(b.printer.PrinterState(), 4); // paid in full: ending
         fiscal.cmdEndFiscRcpt->click();
         QCOMPARE(fiscal.lastResult(), 0);
-        QCOMPARE(printer.PrinterState(), 1); // FPTR_PS_MONITOR
-        QVERIFY2(!results.contains(111) && messages.isEmpty(), qPrintable(messages.join(u'|')));
+        QCOMPARE(b.printer.PrinterState(), 1); // FPTR_PS_MONITOR
+        QVERIFY2(!b.results.contains(111) && b.messages.isEmpty(), qPrintable(b.messages.join(u'|')));
 
         for (const char* text : {"Articolo test 1", "Articolo test 2", "Bench header"})
-            QVERIFY2(printer.ReceiptText().contains(QLatin1StringView(text)),
-                     qPrintable(printer.ReceiptText()));
-        QVERIFY(macro.Lines().contains(QStringLiteral("F_PrintRecItem$Articolo test 1$1.50$0$1$0.00$Kg")));
-        QVERIFY(macro.Lines().contains(QStringLiteral("F_PrintRecTotal$3.75$3.75$0")));
-        QCOMPARE(macro.Lines().count(QStringLiteral("F_GetData$1$0")), 3); // begin and the two items
+            QVERIFY2(b.printer.ReceiptText().contains(QLatin1StringView(text)),
+                     qPrintable(b.printer.ReceiptText()));
+        QVERIFY(b.macro.Lines().contains(QStringLiteral("F_PrintRecItem$Articolo test 1$1.50$0$1$0.00$Kg")));
+        QVERIFY(b.macro.Lines().contains(QStringLiteral("F_PrintRecTotal$3.75$3.75$0")));
+        QCOMPARE(b.macro.Lines().count(QStringLiteral("F_GetData$1$0")), 3); // begin and the two items
     }
 
     void vatChangeReportsAndPropertiesByHand() {
-        SimulatedFiscalPrinter printer;
-        clsBenchLog log;
-        clsFprtWrapper wrapper{printer, log};
-        clsMacroEngine macro{wrapper};
-        QList<int32_t> results;
-        PanelContext ctx{printer, wrapper, macro, [&] { results.append(printer.ResultCode()); }};
-        frmSettings settings(ctx);
-        frmReports reports(ctx);
-        frmProperties properties(ctx);
-        wrapper.WOpen(QStringLiteral("ZorvaneFPU"));
-        wrapper.ClaimDevice(2000);
-        wrapper.SetDeviceEnabled(true);
-        QCOMPARE(printer.ResultCode(), 0);
+        SimBench b;
+        QCOMPARE(b.printer.ResultCode(), 0);
+        frmSettings settings(b.ctx);
+        frmReports reports(b.ctx);
+        frmProperties properties(b.ctx);
 
         // Rate 3 from 5 % to 7 %: read the table, edit the row, write it back.
         settings.cmdGetVatRate->click();
@@ -112,13 +78,13 @@ private slots:
         QCoreApplication::sendEvent(settings.txtVatRate, &out);
         settings.cmdSetVatRates->click();
         int32_t rate = 0;
-        wrapper.GetVatEntry(3, 0, rate);
+        b.wrapper.GetVatEntry(3, 0, rate);
         QCOMPARE(rate, 700);
 
         reports.cmdXReport->click();
         reports.cmdZReport->click();
-        QCOMPARE(results.count(0), results.size());
-        QCOMPARE(printer.PrinterState(), 1);
+        QCOMPARE(b.results.count(0), b.results.size());
+        QCOMPARE(b.printer.PrinterState(), 1);
 
         properties.cmdReadProps->click();
         QTableWidget* grid = properties.flexProperties;

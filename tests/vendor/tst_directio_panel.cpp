@@ -1,9 +1,6 @@
 #include "BitmapFileBrowser.h"
 #include "DirectIODisplayTab.h"
-#include "DirectIOGenericTab.h"
-#include "DirectIOPrinterTab.h"
 #include "DirectIOReportsTab.h"
-#include "DirectIOSettingsTab.h"
 #include "PanelBench.h"
 #include "frmDirectIO.h"
 #include "frmEscSequences.h"
@@ -17,6 +14,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QTabWidget>
 #include <QTemporaryDir>
 
@@ -24,178 +22,97 @@
 
 namespace {
 
-// One press of a panel button. Edits are "field=value" separated by ";", a list takes "#row";
-// command 0 means that nothing may reach the control. Expected values are worked out by hand.
+// One press of a panel button after its edits: "field=value" separated by ";", a list takes "#row".
+// Command 0 means that nothing may reach the control. Expected values are worked out by hand.
 struct Action {
-    const char* tag;
     const char* button;
-    const char* edits;
     int32_t command;
     std::initializer_list<int32_t> data; // leading elements; the rest are 0
     const char* text;
+    const char* edits;
 };
 
+// clang-format off
 const Action kActions[] = {
     // DirectIO - Generic
-    {"open drawer", "cmdDirOpenDrawer", "", 1000, {}, ""},
-    {"get drawer", "cmdDirGetDrawer", "", 1001, {}, ""},
-    {"reset totalizers, empty text", "cmdResetTotalizers", "", 1600, {}, ""},
-    {"reset totalizers with text",
-     "cmdResetTotalizers",
-     "txtAdditionalResetTotalizers=Chiusura cassa",
-     1600,
-     {},
-     "Chiusura cassa"},
-    {"polling time", "cmdSetPollingTime", "", 9003, {1, 1000, -1, -1}, ""},
-    {"polling time, largest", "cmdSetPollingTime", "txtPollingTime=32767", 9003, {1, 32767, -1, -1}, ""},
-    {"polling time, half to even", "cmdSetPollingTime", "txtPollingTime=150.5", 9003, {1, 150, -1, -1}, ""},
-    {"polling time beyond 16 bits", "cmdSetPollingTime", "txtPollingTime=32768", 0, {}, ""},
-    {"polling time, letters", "cmdSetPollingTime", "txtPollingTime=abc", 0, {}, ""},
-    {"polling time, empty", "cmdSetPollingTime", "txtPollingTime=", 0, {}, ""},
-    {"simulate keys", "cmdSimKb", "", 9000, {}, "49,48,48,65,102"},
-    {"simulate keys, unparsed", "cmdSimKb", "txtSimKeys=1,,x", 9000, {}, "1,,x"},
-    {"virtual ticket", "cmd_Debug_Test", "", 9002, {}, ""},
+    {"cmdDirOpenDrawer", 1000, {}, "", ""},
+    {"cmdDirGetDrawer", 1001, {}, "", ""},
+    {"cmdResetTotalizers", 1600, {}, "", ""},
+    {"cmdResetTotalizers", 1600, {}, "Chiusura cassa", "txtAdditionalResetTotalizers=Chiusura cassa"},
+    {"cmdSetPollingTime", 9003, {1, 1000, -1, -1}, "", ""},
+    {"cmdSetPollingTime", 9003, {1, 32767, -1, -1}, "", "txtPollingTime=32767"},
+    {"cmdSetPollingTime", 9003, {1, 150, -1, -1}, "", "txtPollingTime=150.5"},
+    {"cmdSetPollingTime", 0, {}, "", "txtPollingTime=32768"},
+    {"cmdSetPollingTime", 0, {}, "", "txtPollingTime=abc"},
+    {"cmdSetPollingTime", 0, {}, "", "txtPollingTime="},
+    {"cmdSimKb", 9000, {}, "49,48,48,65,102", ""},
+    {"cmdSimKb", 9000, {}, "1,,x", "txtSimKeys=1,,x"},
+    {"cmd_Debug_Test", 9002, {}, "", ""},
     // Settings
-    {"read links", "cmdDirectGetLinkToDepartment", "", 9001, {0}, ""},
-    {"write links", "cmdDirectSetLinkToDepartment", "", 9001, {1}, "1A,2B"},
-    {"write links, unparsed", "cmdDirectSetLinkToDepartment", "txtDeptVatLinks=1A,,9Z", 9001, {1}, "1A,,9Z"},
+    {"cmdDirectGetLinkToDepartment", 9001, {0}, "", ""},
+    {"cmdDirectSetLinkToDepartment", 9001, {1}, "1A,2B", ""},
+    {"cmdDirectSetLinkToDepartment", 9001, {1}, "1A,,9Z", "txtDeptVatLinks=1A,,9Z"},
     // DirectIO - Reports
-    {"X report", "cmdDirReportZ", "", 1501, {0}, "reportZ.txt"},
-    {"X report, rewrite",
-     "cmdDirReportZ",
-     "cbDirReportZFileMode=#1;txtDirReportZFile=../up.txt",
-     1501,
-     {1},
-     "../up.txt"},
-    {"EJ report", "cmdDirReportEJ", "", 1500, {0, 0, 0, 20071212, 20071212, 1, 1}, "reportEJ.txt"},
-    {"EJ report, lists from 0",
-     "cmdDirReportEJ",
-     "cbDirReportFileMode=#2;cbDirReportEJMode=#3;cbDirReportEJType=#4",
-     1500,
-     {2, 3, 4, 20071212, 20071212, 1, 1},
-     "reportEJ.txt"},
-    {"EJ dates, half days to even",
-     "cmdDirReportEJ",
-     "txtDirReportEJStartDatD=31.5;txtDirReportEJEndDateD=30.5",
-     1500,
-     {0, 0, 0, 20071232, 20071230, 1, 1},
-     "reportEJ.txt"},
-    {"EJ dates, summed before rounding",
-     "cmdDirReportEJ",
-     "txtDirReportEJStartDateM=12.5;txtDirReportEJStartDatD=3",
-     1500,
-     {0, 0, 0, 20071253, 20071212, 1, 1},
-     "reportEJ.txt"},
-    {"EJ dates, month carries",
-     "cmdDirReportEJ",
-     "txtDirReportEJStartDateM=100;txtDirReportEJEndDateM=13",
-     1500,
-     {0, 0, 0, 20080012, 20071312, 1, 1},
-     "reportEJ.txt"},
-    {"EJ dates without numbers",
-     "cmdDirReportEJ",
-     "txtDirReportEJStartDateY=;txtDirReportEJStartDateM=x;txtDirReportEJStartDatD=5abc",
-     1500,
-     {0, 0, 0, 5, 20071212, 1, 1},
-     "reportEJ.txt"},
-    {"EJ numbers, leading digits and hexadecimal",
-     "cmdDirReportEJ",
-     "txtDirReportEJStartNum=12abc;txtDirReportEJEndNum=&H10",
-     1500,
-     {0, 0, 0, 20071212, 20071212, 12, 16},
-     "reportEJ.txt"},
-    {"EJ year beyond 32 bits", "cmdDirReportEJ", "txtDirReportEJEndDateY=300000", 0, {}, ""},
-    {"report on file", "cmdDirReportOnFile", "", 1502, {0, 20}, "report.txt"},
-    {"report on file, type half to even",
-     "cmdDirReportOnFile",
-     "cbDirReportOnFileMode=#1;txtDirReportOFType=21.5",
-     1502,
-     {1, 22},
-     "report.txt"},
+    {"cmdDirReportZ", 1501, {0}, "reportZ.txt", ""},
+    {"cmdDirReportZ", 1501, {1}, "../up.txt", "cbDirReportZFileMode=#1;txtDirReportZFile=../up.txt"},
+    {"cmdDirReportEJ", 1500, {0, 0, 0, 20071212, 20071212, 1, 1}, "reportEJ.txt", ""},
+    {"cmdDirReportEJ", 1500, {2, 3, 4, 20071212, 20071212, 1, 1}, "reportEJ.txt",
+     "cbDirReportFileMode=#2;cbDirReportEJMode=#3;cbDirReportEJType=#4"},
+    {"cmdDirReportEJ", 1500, {0, 0, 0, 20071232, 20071230, 1, 1}, "reportEJ.txt",
+     "txtDirReportEJStartDatD=31.5;txtDirReportEJEndDateD=30.5"},
+    {"cmdDirReportEJ", 1500, {0, 0, 0, 20071253, 20071212, 1, 1}, "reportEJ.txt",
+     "txtDirReportEJStartDateM=12.5;txtDirReportEJStartDatD=3"},
+    {"cmdDirReportEJ", 1500, {0, 0, 0, 20080012, 20071312, 1, 1}, "reportEJ.txt",
+     "txtDirReportEJStartDateM=100;txtDirReportEJEndDateM=13"},
+    {"cmdDirReportEJ", 1500, {0, 0, 0, 5, 20071212, 1, 1}, "reportEJ.txt",
+     "txtDirReportEJStartDateY=;txtDirReportEJStartDateM=x;txtDirReportEJStartDatD=5abc"},
+    {"cmdDirReportEJ", 1500, {0, 0, 0, 20071212, 20071212, 12, 16}, "reportEJ.txt",
+     "txtDirReportEJStartNum=12abc;txtDirReportEJEndNum=&H10"},
+    {"cmdDirReportEJ", 0, {}, "", "txtDirReportEJEndDateY=300000"},
+    {"cmdDirReportOnFile", 1502, {0, 20}, "report.txt", ""},
+    {"cmdDirReportOnFile", 1502, {1, 22}, "report.txt", "cbDirReportOnFileMode=#1;txtDirReportOFType=21.5"},
     // DirectIO - Display
-    {"clear display", "cmdDirDisplayClear", "", 1301, {}, ""},
-    {"display text", "cmdDirDyPrintText", "", 1302, {1}, "This is a test"},
-    {"display text, row 2",
-     "cmdDirDyPrintText",
-     "txtDyPtRow=2;txtDirPtString=Buongiorno",
-     1302,
-     {2},
-     "Buongiorno"},
-    {"display text, row beyond 16 bits", "cmdDirDyPrintText", "txtDyPtRow=70000", 0, {}, ""},
-    {"display bitmap load", "cmdDirDyBmpLoad", "", 1303, {1}, ""},
-    {"display bitmap load, typed path",
-     "cmdDirDyBmpLoad",
-     "txtDirDyBmpLoadID=3;txtDirDyBmpLoadFileName=/no/logo.bmp",
-     1303,
-     {3},
-     "/no/logo.bmp"},
-    {"display bitmap erase", "cmdDriDyEraseBmp", "", 1304, {1}, ""},
-    {"display bitmap show", "cmdDirDyBmpShow", "", 1305, {0, 0, 0}, ""},
-    {"display bitmap show, raw Esc",
-     "cmdDirDyBmpShow",
-     "txtDirDyBmpShowX=10;txtDirDyBmpShowY=-2;txtDirDyBmpShowID=4.5 px;txtDirDyBmpShowESC=\x1b|rR\x1b|K",
-     1305,
-     {10, -2, 4},
-     "\x1b|rR\x1b|K"},
-    {"display bitmap show, X no number", "cmdDirDyBmpShow", "txtDirDyBmpShowX=left", 0, {}, ""},
-    {"display bitmap now", "cmdDirPtBmpNow", "", 1306, {0, 0}, ""},
-    {"display bitmap now, file",
-     "cmdDirPtBmpNow",
-     "txtDirDyBmpNowX=1;txtDirDyBmpNowY=2;txtDirDyBmpNowFileName=/no/such.gif",
-     1306,
-     {1, 2},
-     "/no/such.gif"},
-    {"video mode", "cmdDirSetVideoMode", "", 1300, {1}, ""},
-    {"video mode, rows from 1", "cmdDirSetVideoMode", "cbVideoMode=#3", 1300, {4}, ""},
-    {"standby text", "cmdDirDySbyText", "", 1307, {}, "This is a test"},
-    {"standby bitmap", "cmdSbyBmp", "", 1308, {0, 0, 0}, ""},
-    {"standby bitmap, leading number ID",
-     "cmdSbyBmp",
-     "txtDirDySbyBmpX=3;txtDirDySbyBmpY=4;txtDirDySbyBmpID=7 logos;txtDirDyBmpSbyESC=\x1b|K",
-     1308,
-     {3, 4, 7},
-     "\x1b|K"},
+    {"cmdDirDisplayClear", 1301, {}, "", ""},
+    {"cmdDirDyPrintText", 1302, {1}, "This is a test", ""},
+    {"cmdDirDyPrintText", 1302, {2}, "Buongiorno", "txtDyPtRow=2;txtDirPtString=Buongiorno"},
+    {"cmdDirDyPrintText", 0, {}, "", "txtDyPtRow=70000"},
+    {"cmdDirDyBmpLoad", 1303, {1}, "", ""},
+    {"cmdDirDyBmpLoad", 1303, {3}, "/no/logo.bmp",
+     "txtDirDyBmpLoadID=3;txtDirDyBmpLoadFileName=/no/logo.bmp"},
+    {"cmdDriDyEraseBmp", 1304, {1}, "", ""},
+    {"cmdDirDyBmpShow", 1305, {0, 0, 0}, "", ""},
+    {"cmdDirDyBmpShow", 1305, {10, -2, 4}, "\x1b|rR\x1b|K",
+     "txtDirDyBmpShowX=10;txtDirDyBmpShowY=-2;txtDirDyBmpShowID=4.5 px;txtDirDyBmpShowESC=\x1b|rR\x1b|K"},
+    {"cmdDirDyBmpShow", 0, {}, "", "txtDirDyBmpShowX=left"},
+    {"cmdDirPtBmpNow", 1306, {0, 0}, "", ""},
+    {"cmdDirPtBmpNow", 1306, {1, 2}, "/no/such.gif",
+     "txtDirDyBmpNowX=1;txtDirDyBmpNowY=2;txtDirDyBmpNowFileName=/no/such.gif"},
+    {"cmdDirSetVideoMode", 1300, {1}, "", ""},
+    {"cmdDirSetVideoMode", 1300, {4}, "", "cbVideoMode=#3"},
+    {"cmdDirDySbyText", 1307, {}, "This is a test", ""},
+    {"cmdSbyBmp", 1308, {0, 0, 0}, "", ""},
+    {"cmdSbyBmp", 1308, {3, 4, 7}, "\x1b|K",
+     "txtDirDySbyBmpX=3;txtDirDySbyBmpY=4;txtDirDySbyBmpID=7 logos;txtDirDyBmpSbyESC=\x1b|K"},
     // DirectIO - Printer
-    {"load bitmap", "cmdLoadBitmap", "", 1100, {1}, ""},
-    {"load bitmap, ID no number", "cmdLoadBitmap", "txtLoadBmpID=abc", 1100, {0}, ""},
-    {"load bitmap, ID beyond 32 bits", "cmdLoadBitmap", "txtLoadBmpID=99999999999", 0, {}, ""},
-    {"erase bitmap", "cmdDirEraseBitmap", "", 1102, {1}, ""},
-    {"print bitmap", "cmdPrintBitmap", "", 1101, {1, 48, 1}, ""},
-    {"print bitmap, hexadecimal mode",
-     "cmdPrintBitmap",
-     "cbDirBmpPrintStations=#2;txtDirPrintBmpPrintMode=7E;edtBitmapID=2",
-     1101,
-     {3, 126, 2},
-     ""},
-    {"print barcode", "cmdDirPrintBarcode", "", 1200, {1, 1}, "4007817504598"},
-    {"print barcode, type by row",
-     "cmdDirPrintBarcode",
-     "cbDirBarcodePrintStations=#1;cbDirBarcodeType=#3;edtBarcode=AB-1",
-     1200,
-     {2, 4},
-     "AB-1"},
-    {"begin credit note", "cmdDirBeginCreditNote", "", 1400, {}, "123456"},
-    {"end credit note", "cmdDirEndCreditNote", "", 1401, {}, ""},
+    {"cmdLoadBitmap", 1100, {1}, "", ""},
+    {"cmdLoadBitmap", 1100, {0}, "", "txtLoadBmpID=abc"},
+    {"cmdLoadBitmap", 0, {}, "", "txtLoadBmpID=99999999999"},
+    {"cmdDirEraseBitmap", 1102, {1}, "", ""},
+    {"cmdPrintBitmap", 1101, {1, 48, 1}, "", ""},
+    {"cmdPrintBitmap", 1101, {3, 126, 2}, "",
+     "cbDirBmpPrintStations=#2;txtDirPrintBmpPrintMode=7E;edtBitmapID=2"},
+    {"cmdDirPrintBarcode", 1200, {1, 1}, "4007817504598", ""},
+    {"cmdDirPrintBarcode", 1200, {2, 4}, "AB-1",
+     "cbDirBarcodePrintStations=#1;cbDirBarcodeType=#3;edtBarcode=AB-1"},
+    {"cmdDirBeginCreditNote", 1400, {}, "123456", ""},
+    {"cmdDirEndCreditNote", 1401, {}, "", ""},
 };
+// clang-format on
 
 DirectIOData Block(std::initializer_list<int32_t> leading) {
     DirectIOData data{};
     std::copy(leading.begin(), leading.end(), data.begin());
     return data;
-}
-
-void Edit(QWidget* panel, const QString& edits) {
-    for (const QString& edit : edits.split(u';', Qt::SkipEmptyParts)) {
-        const QString name = edit.section(u'=', 0, 0);
-        const QString value = edit.section(u'=', 1);
-        if (auto* list = panel->findChild<QComboBox*>(name)) {
-            list->setCurrentIndex(value.mid(1).toInt());
-        } else {
-            auto* field = panel->findChild<QLineEdit*>(name);
-            QVERIFY2(field, qPrintable(name));
-            field->setText(value);
-        }
-    }
 }
 
 QString Shown(const QWidget* w) {
@@ -235,13 +152,13 @@ private slots:
     void actions_data() {
         QTest::addColumn<int>("row");
         for (int i = 0; i < int(std::size(kActions)); ++i)
-            QTest::newRow(kActions[i].tag) << i;
+            QTest::addRow("%s %s", kActions[i].button, kActions[i].edits) << i;
     }
     void actions() {
         QFETCH(int, row);
         const Action& a = kActions[row];
         frmDirectIO panel(bench->ctx, QStringLiteral("Tessorim"));
-        Edit(&panel, QString::fromLatin1(a.edits));
+        PanelBench::Apply(&panel, QString::fromLatin1(a.edits).split(u';', Qt::SkipEmptyParts));
         auto* button = panel.findChild<QPushButton*>(QLatin1StringView(a.button));
         QVERIFY(button);
         button->click();
@@ -292,23 +209,21 @@ private slots:
         QTest::addColumn<int>("result");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<bool>("shownBeforeRefresh");
-        QTest::newRow("drawer open") << "cmdDirGetDrawer"
-                                     << "lblDirGetDrawer" << 1 << "" << 0 << "Opened" << true;
-        QTest::newRow("drawer closed") << "cmdDirGetDrawer"
-                                       << "lblDirGetDrawer" << 0 << "" << 0 << "Closed" << true;
-        QTest::newRow("drawer, other value") << "cmdDirGetDrawer"
-                                             << "lblDirGetDrawer" << 2 << "" << 0 << "Closed" << true;
-        QTest::newRow("drawer read fails") << "cmdDirGetDrawer"
-                                           << "lblDirGetDrawer" << 0 << "" << 111 << "Closed" << true;
-        QTest::newRow("links") << "cmdDirectGetLinkToDepartment"
-                               << "txtDeptVatLinks" << 0 << "3C,4D" << 0 << "3C,4D" << true;
-        QTest::newRow("links read fails") << "cmdDirectGetLinkToDepartment"
-                                          << "txtDeptVatLinks" << 0 << "" << 111 << "" << true;
-        QTest::newRow("virtual ticket")
-            << "cmd_Debug_Test"
-            << "txtDirectIoDebugTest" << 0 << "TOTALE 1,50" << 0 << "TOTALE 1,50" << false;
-        QTest::newRow("virtual ticket fails") << "cmd_Debug_Test"
-                                              << "txtDirectIoDebugTest" << 0 << "" << 111 << "" << false;
+        auto row = [](const char* tag, const char* button, const char* field, int element0,
+                      const char* answer, int result, const char* shown, bool before) {
+            QTest::newRow(tag) << QString(button) << QString(field) << element0 << QString(answer) << result
+                               << QString(shown) << before;
+        };
+        // clang-format off
+        row("drawer open", "cmdDirGetDrawer", "lblDirGetDrawer", 1, "", 0, "Opened", true);
+        row("drawer closed", "cmdDirGetDrawer", "lblDirGetDrawer", 0, "", 0, "Closed", true);
+        row("drawer, other value", "cmdDirGetDrawer", "lblDirGetDrawer", 2, "", 0, "Closed", true);
+        row("drawer read fails", "cmdDirGetDrawer", "lblDirGetDrawer", 0, "", 111, "Closed", true);
+        row("links", "cmdDirectGetLinkToDepartment", "txtDeptVatLinks", 0, "3C,4D", 0, "3C,4D", true);
+        row("links read fails", "cmdDirectGetLinkToDepartment", "txtDeptVatLinks", 0, "", 111, "", true);
+        row("virtual ticket", "cmd_Debug_Test", "txtDirectIoDebugTest", 0, "TOTALE 1,50", 0, "TOTALE 1,50", false);
+        row("virtual ticket fails", "cmd_Debug_Test", "txtDirectIoDebugTest", 0, "", 111, "", false);
+        // clang-format on
     }
     void answersAndRefreshOrder() {
         QFETCH(QString, button);
@@ -349,35 +264,17 @@ private slots:
         QFETCH(QString, serviceObject);
         QFETCH(bool, offered);
         frmDirectIO panel(bench->ctx, serviceObject);
-        const QStringList deprecated =
-            bench->Words("cmdPrintBitmap cmdDirPrintBarcode cmdDirBeginCreditNote cmdDirEndCreditNote");
+        // clang-format off
+        const QStringList deprecated = bench->Words(
+            "cmdPrintBitmap cmdDirPrintBarcode cmdDirBeginCreditNote cmdDirEndCreditNote");
         const QStringList hidden = bench->Words(
-            "cbDirBmpPrintStations txtDirPrintBmpPrintMode edtBitmapID cbDirBarcodePrintStations "
-            "cbDirBarcodeType "
+            "cbDirBmpPrintStations txtDirPrintBmpPrintMode edtBitmapID cbDirBarcodePrintStations cbDirBarcodeType "
             "edtBarcode txtCreditNoteNumber cmdSimKb txtSimKeys cmd_Debug_Test txtDirectIoDebugTest "
             "cmdDirReportZSelectFile cmdDirReportEJSelectFile cmdDirReportOFSelectFile cmdDirSetVideoMode "
-            "cbVideoMode "
-            "cmdDirPtBmpNow txtDirDyBmpNowX txtDirDyBmpNowY txtDirDyBmpNowFileName cmdBitmapFile "
-            "cmdDirDySbyText "
-            "txtDirDySbyText cmdSbyBmp txtDirDySbyBmpX txtDirDySbyBmpY txtDirDySbyBmpID txtDirDyBmpSbyESC");
-        const QStringList shown = bench->Words(
-            "cmdDirOpenDrawer cmdDirGetDrawer lblDirGetDrawer cmdResetTotalizers "
-            "txtAdditionalResetTotalizers "
-            "cmdSetPollingTime txtPollingTime cmdDirectGetLinkToDepartment cmdDirectSetLinkToDepartment "
-            "txtDeptVatLinks cmdDirReportZ cbDirReportZFileMode txtDirReportZFile cmdDirReportEJ "
-            "cbDirReportFileMode "
-            "txtDirReportEJFileName cbDirReportEJMode cbDirReportEJType txtDirReportEJStartDateY "
-            "txtDirReportEJStartDateM txtDirReportEJStartDatD txtDirReportEJEndDateY txtDirReportEJEndDateM "
-            "txtDirReportEJEndDateD txtDirReportEJStartNum txtDirReportEJEndNum cmdDirReportOnFile "
-            "cbDirReportOnFileMode txtDirReportOFFile txtDirReportOFType cmdDirDisplayClear "
-            "cmdDirDyPrintText "
-            "txtDyPtRow txtDirPtString cmdDirDyBmpLoad txtDirDyBmpLoadID txtDirDyBmpLoadFileName "
-            "filelistDisplayIcon "
-            "cmdLoadBmpSelectFile imgDisplayIcons cmdDriDyEraseBmp txtDirDyBmpEraseID cmdDirDyBmpShow "
-            "txtDirDyBmpShowX txtDirDyBmpShowY txtDirDyBmpShowID txtDirDyBmpShowESC cmdLoadBitmap "
-            "txtLoadBmpID "
-            "txtLoadBmpFileName filelistTicketIcon cmdTicketSetFolder imgTicketIcons cmdDirEraseBitmap "
-            "edtDirEraseBitmapID");
+            "cbVideoMode cmdDirPtBmpNow txtDirDyBmpNowX txtDirDyBmpNowY txtDirDyBmpNowFileName cmdBitmapFile "
+            "cmdDirDySbyText txtDirDySbyText cmdSbyBmp txtDirDySbyBmpX txtDirDySbyBmpY txtDirDySbyBmpID "
+            "txtDirDyBmpSbyESC");
+        // clang-format on
         // Seen from its own tab, since the tab control hides the pages not on show.
         auto visible = [&](const QString& name) {
             auto* w = panel.findChild<QWidget*>(name);
@@ -393,8 +290,16 @@ private slots:
             QCOMPARE(visible(name), offered ? QStringLiteral("shown") : QStringLiteral("hidden"));
         for (const QString& name : hidden)
             QCOMPARE(visible(name), QStringLiteral("hidden"));
-        for (const QString& name : shown)
-            QCOMPARE(visible(name), QStringLiteral("shown"));
+        // Every other control of the tabs is on show.
+        int others = 0;
+        static const QRegularExpression control(QStringLiteral("^(cmd|txt|cb|lbl|edt|filelist|img)"));
+        for (const QWidget* w : panel.SSTabDirectIO->findChildren<QWidget*>(control)) {
+            if (deprecated.contains(w->objectName()) || hidden.contains(w->objectName()))
+                continue;
+            QVERIFY2(visible(w->objectName()) == QStringLiteral("shown"), qPrintable(w->objectName()));
+            ++others;
+        }
+        QVERIFY(others > 40); // the tabs hold dozens
         QCOMPARE(panel.SSTabDirectIO->currentIndex(), 0);
     }
 
@@ -424,35 +329,24 @@ private slots:
     // Both bitmap tabs browse a folder of pictures the same way.
     void bitmapBrowser_data() {
         QTest::addColumn<int>("tab");
-        QTest::addColumn<QString>("list");
-        QTest::addColumn<QString>("folderButton");
-        QTest::addColumn<QString>("picture");
-        QTest::addColumn<QString>("pathField");
-        QTest::addColumn<QString>("idField");
-        QTest::addColumn<QString>("loadButton");
+        QTest::addColumn<QStringList>("names"); // list, folder button, picture, path, ID, load button
         QTest::addColumn<int>("loadCommand");
-        QTest::newRow("display") << 2 << "filelistDisplayIcon"
-                                 << "cmdLoadBmpSelectFile"
-                                 << "imgDisplayIcons"
-                                 << "txtDirDyBmpLoadFileName"
-                                 << "txtDirDyBmpLoadID"
-                                 << "cmdDirDyBmpLoad" << 1303;
-        QTest::newRow("printer") << 3 << "filelistTicketIcon"
-                                 << "cmdTicketSetFolder"
-                                 << "imgTicketIcons"
-                                 << "txtLoadBmpFileName"
-                                 << "txtLoadBmpID"
-                                 << "cmdLoadBitmap" << 1100;
+        QTest::newRow("display") << 2
+                                 << PanelBench::Words(
+                                        "filelistDisplayIcon cmdLoadBmpSelectFile imgDisplayIcons "
+                                        "txtDirDyBmpLoadFileName txtDirDyBmpLoadID "
+                                        "cmdDirDyBmpLoad")
+                                 << 1303;
+        QTest::newRow("printer") << 3
+                                 << PanelBench::Words("filelistTicketIcon cmdTicketSetFolder imgTicketIcons "
+                                                      "txtLoadBmpFileName txtLoadBmpID cmdLoadBitmap")
+                                 << 1100;
     }
     void bitmapBrowser() {
         QFETCH(int, tab);
-        QFETCH(QString, list);
-        QFETCH(QString, folderButton);
-        QFETCH(QString, picture);
-        QFETCH(QString, pathField);
-        QFETCH(QString, idField);
-        QFETCH(QString, loadButton);
+        QFETCH(QStringList, names);
         QFETCH(int, loadCommand);
+        const QString folderButton = names[1];
         QTemporaryDir dir;
         QVERIFY(dir.isValid());
         const QString folder = dir.path();
@@ -476,19 +370,19 @@ private slots:
         panel.resize(900, 700);
         panel.show();
         panel.SSTabDirectIO->setCurrentIndex(tab);
-        auto* files = panel.findChild<QListWidget*>(list);
-        auto* image = panel.findChild<QLabel*>(picture);
-        auto* path = panel.findChild<QLineEdit*>(pathField);
-        auto* id = panel.findChild<QLineEdit*>(idField);
+        auto* files = panel.findChild<QListWidget*>(names[0]);
+        auto* image = panel.findChild<QLabel*>(names[2]);
+        auto* path = panel.findChild<QLineEdit*>(names[3]);
+        auto* id = panel.findChild<QLineEdit*>(names[4]);
         QVERIFY(files && image && path && id);
         const QString appFolder = Tools::AppFolder();
 
         panel.findChild<QPushButton*>(folderButton)->click();
         QCOMPARE(pickerCalls, QStringList{appFolder + "||"});
-        QStringList names;
+        QStringList listed;
         for (int i = 0; i < files->count(); ++i)
-            names.append(files->item(i)->text());
-        QCOMPARE(names, bench->Words("fake.bmp Logo.BMP one.gif"));
+            listed.append(files->item(i)->text());
+        QCOMPARE(listed, bench->Words("fake.bmp Logo.BMP one.gif"));
 
         auto click = [&](int row) {
             QTest::mouseClick(files->viewport(), Qt::LeftButton, {},
@@ -518,7 +412,7 @@ private slots:
             QCOMPARE(files->count(), 3);
         }
 
-        panel.findChild<QPushButton*>(loadButton)->click();
+        panel.findChild<QPushButton*>(names[5])->click();
         QCOMPARE(bench->Arg("DirectIO", 0).toInt(), loadCommand);
         QCOMPARE(bench->Arg("DirectIO", 2).toString(), folder + "/fake.bmp");
     }
@@ -547,67 +441,44 @@ private slots:
         QVERIFY(bench->Calls().isEmpty());
     }
 
-    void printMode_data() {
-        QTest::addColumn<int>("justify");
-        QTest::addColumn<bool>("doubleHeight");
-        QTest::addColumn<bool>("doubleWidth");
-        QTest::addColumn<bool>("reverse");
+    // The two mode dialogs: what is picked, then the value and the hexadecimal label it shows.
+    void modeDialogs_data() {
+        QTest::addColumn<bool>("print");
+        QTest::addColumn<QString>("steps");
         QTest::addColumn<int>("value");
         QTest::addColumn<QString>("label");
-        QTest::newRow("left") << 0 << false << false << false << 48 << "30";
-        QTest::newRow("right, double height") << 1 << true << false << false << 53 << "35";
-        QTest::newRow("center, double width") << 2 << false << true << false << 58 << "3A";
-        QTest::newRow("left, reverse") << 0 << false << false << true << 112 << "70";
-        QTest::newRow("center, everything") << 2 << true << true << true << 126 << "7E";
+        // clang-format off
+        QTest::newRow("print: left")                 << true << "cbJustify=#0" << 48 << "30";
+        QTest::newRow("print: right, double height") << true << "cbJustify=#1 chkDblHeight" << 53 << "35";
+        QTest::newRow("print: center, double width") << true << "cbJustify=#2 chkDblWidth" << 58 << "3A";
+        QTest::newRow("print: left, reverse")        << true << "cbJustify=#0 chkReverseMode" << 112 << "70";
+        QTest::newRow("print: center, everything")   << true << "chkDblHeight chkDblWidth chkReverseMode cbJustify=#2" << 126 << "7E";
+        QTest::newRow("show: no rotate")             << false << "cbShMRotate=#0" << 0 << "0";
+        QTest::newRow("show: no rotate, blink")      << false << "cbShMRotate=#0 chkBlink" << 8 << "8";
+        QTest::newRow("show: right")                 << false << "cbShMRotate=#1" << 4 << "4";
+        QTest::newRow("show: left")                  << false << "cbShMRotate=#2" << 5 << "5";
+        QTest::newRow("show: up, blink")             << false << "cbShMRotate=#3 chkBlink" << 14 << "E";
+        QTest::newRow("show: down, blink")           << false << "chkBlink cbShMRotate=#4" << 15 << "F";
+        // clang-format on
     }
-    void printMode() {
-        QFETCH(int, justify);
-        QFETCH(bool, doubleHeight);
-        QFETCH(bool, doubleWidth);
-        QFETCH(bool, reverse);
+    void modeDialogs() {
+        QFETCH(bool, print);
+        QFETCH(QString, steps);
         QFETCH(int, value);
         QFETCH(QString, label);
-        frmPrintMode dialog;
-        QCOMPARE(dialog.lblPrintMode->text(), QStringLiteral("30"));
-        dialog.show();
-        dialog.chkDblHeight->setChecked(doubleHeight);
-        dialog.chkDblWidth->setChecked(doubleWidth);
-        dialog.chkReverseMode->setChecked(reverse);
-        dialog.cbJustify->setCurrentIndex(justify);
-        QCOMPARE(dialog.selectedPrintMode, value);
-        QCOMPARE(dialog.lblPrintMode->text(), label);
-        dialog.cmdOK->click();
-        QVERIFY(!dialog.isVisible());
-        QCOMPARE(dialog.selectedPrintMode, value);
-    }
-
-    void showMode_data() {
-        QTest::addColumn<int>("rotation");
-        QTest::addColumn<bool>("blink");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QString>("label");
-        QTest::newRow("no rotate") << 0 << false << 0 << "0";
-        QTest::newRow("no rotate, blink") << 0 << true << 8 << "8";
-        QTest::newRow("right") << 1 << false << 4 << "4";
-        QTest::newRow("left") << 2 << false << 5 << "5";
-        QTest::newRow("up, blink") << 3 << true << 14 << "E";
-        QTest::newRow("down, blink") << 4 << true << 15 << "F";
-    }
-    void showMode() {
-        QFETCH(int, rotation);
-        QFETCH(bool, blink);
-        QFETCH(int, value);
-        QFETCH(QString, label);
-        frmShowMode dialog;
-        QCOMPARE(dialog.lblShowMode->text(), QStringLiteral("0"));
-        dialog.show();
-        dialog.cbShMRotate->setCurrentIndex(rotation);
-        dialog.chkBlink->setChecked(blink);
-        QCOMPARE(dialog.selectedShowMode, value);
-        QCOMPARE(dialog.lblShowMode->text(), label);
-        dialog.cmdOK->click();
-        QVERIFY(!dialog.isVisible());
-        QCOMPARE(dialog.selectedShowMode, value);
+        frmPrintMode printMode;
+        frmShowMode showMode;
+        QDialog* dialog = print ? static_cast<QDialog*>(&printMode) : &showMode;
+        QLabel* shown = print ? printMode.lblPrintMode : showMode.lblShowMode;
+        const int& selected = print ? printMode.selectedPrintMode : showMode.selectedShowMode;
+        QCOMPARE(shown->text(), print ? QStringLiteral("30") : QStringLiteral("0"));
+        dialog->show();
+        PanelBench::Apply(dialog, steps.split(u' '));
+        QCOMPARE(selected, value);
+        QCOMPARE(shown->text(), label);
+        dialog->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(selected, value);
     }
 };
 

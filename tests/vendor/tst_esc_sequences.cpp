@@ -1,6 +1,5 @@
 #include "MDITestFPOPOS.h"
-#include "ScriptedPrinter.h"
-#include "Seams.h"
+#include "PanelBench.h"
 #include "frmEscSequences.h"
 #include "frmToolbar.h"
 
@@ -27,7 +26,7 @@ class EscSequencesTest : public QObject {
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
 
-    // Presses are "button" or "field=value" (a list takes "#row"), in order.
+    // Operator steps as PanelBench::Apply takes them, in order.
     void sequence_data() {
         QTest::addColumn<QString>("presses");
         QTest::addColumn<QString>("expected");
@@ -48,29 +47,14 @@ private slots:
         QTest::newRow("fields without a number append nothing")
             << "txtBmpID=abc cmdPrintBmp txtFeedLines= Command1 Command3" << Esc("E|1C");
         QTest::newRow("typed text stays")
-            << "Command3 txtEscSequence=Total: Command4" << Esc("E|1CTotal:E|2C");
+            << "Command3 txtEscSequence+=Total: Command4" << Esc("E|1CTotal:E|2C");
         QTest::newRow("clear") << "Command3 cmdClear Command5" << Esc("E|3C");
     }
     void sequence() {
         QFETCH(QString, presses);
         QFETCH(QString, expected);
         frmEscSequences generator;
-        for (const QString& press : presses.split(u' ')) {
-            if (press.contains(u'=')) {
-                const QString name = press.section(u'=', 0, 0);
-                const QString value = press.section(u'=', 1);
-                if (auto* list = generator.findChild<QComboBox*>(name))
-                    list->setCurrentIndex(value.mid(1).toInt());
-                else if (name == QLatin1StringView("txtEscSequence"))
-                    generator.txtEscSequence->setText(generator.txtEscSequence->text() + value);
-                else
-                    generator.findChild<QLineEdit*>(name)->setText(value);
-            } else {
-                auto* button = generator.findChild<QPushButton*>(press);
-                QVERIFY2(button, qPrintable(press));
-                button->click();
-            }
-        }
+        PanelBench::Apply(&generator, presses.split(u' '));
         QCOMPARE(generator.txtEscSequence->text(), expected);
     }
 
@@ -86,8 +70,7 @@ private slots:
         QGuiApplication::clipboard()->setText(QStringLiteral("what was there"));
         frmEscSequences generator;
         generator.show();
-        for (const QString& press : presses.split(u' ', Qt::SkipEmptyParts))
-            generator.findChild<QPushButton*>(press)->click();
+        PanelBench::Apply(&generator, presses.split(u' ', Qt::SkipEmptyParts));
         generator.Command15->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), clipboard);
         QCOMPARE(generator.txtEscSequence->text(), QString());
