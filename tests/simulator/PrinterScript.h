@@ -10,7 +10,7 @@
 //   item V A [Q U] | itemvoid V A [Q U] | adj T A V | adjvoid T A V | refund V A | refundvoid V A
 //   sub A | subadj T A | subvoid T A | total T P [DESC] | notpaid A | message TEXT | normal S TEXT
 //   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD [TEXT]
-//   fault TEXT (DirectIO 9999 with TEXT)
+//   fault TEXT (DirectIO 9999 with TEXT) | memory N (fiscal memory left) | data ITEM (GetData)
 // In TEXT, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
 namespace printer_script {
 
@@ -111,6 +111,15 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     }
     if (verb == QLatin1String("fault"))
         return Code(p, Debug(p, rest));
+    if (verb == QLatin1String("memory")) {
+        p.SetRemainingFiscalMemory(n(1));
+        return QStringLiteral("0");
+    }
+    if (verb == QLatin1String("data")) {
+        int32_t item = n(1), opt = 0;
+        QString data;
+        return Code(p, p.GetData(item, opt, data));
+    }
     if (verb == QLatin1String("dio")) {
         int32_t cmd = n(1);
         DirectIOData data{};
@@ -125,6 +134,11 @@ inline QString Run(SimulatedFiscalPrinter& p, const QString& steps) {
     for (const QString& s : steps.split(u';', Qt::SkipEmptyParts))
         out << Step(p, s);
     return out.join(u';');
+}
+
+// What Run answers when every one of `steps` succeeds: "0;0;0".
+inline QString AllZero(const QString& steps) {
+    return QStringList(steps.split(u';', Qt::SkipEmptyParts).size(), QStringLiteral("0")).join(u';');
 }
 
 // The values of `keys` ("fiscal=1 daytotal=1000 has:STORNO=0"): a key of the state dump; "completed" or
