@@ -4,13 +4,15 @@
 #include "SimTestSupport.h"
 
 #include <QDateTime>
+#include <QRegularExpression>
 
 // Rows of printer calls in a few words, steps apart by ";":
 //   begin | end | void | xreport | zreport | dup | reset | wait | nfbegin | nfend | training on|off
 //   item V A [Q U] | itemvoid V A [Q U] | adj T A V | adjvoid T A V | refund V A | refundvoid V A
 //   sub A | subadj T A | subvoid T A | total T P [DESC] | notpaid A | message TEXT | normal S TEXT
-//   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD [TEXT]
-//   fault TEXT (DirectIO 9999 with TEXT) | memory N (fiscal memory left) | data ITEM (GetData)
+//   vat ID VALUE | vattable | header N TEXT | trailer N TEXT | set PROPERTY=VALUE | setdate +N[dh] or -N[dh]
+//   from the printer's clock | dio CMD [TEXT] fault TEXT (DirectIO 9999 with TEXT) | memory N (fiscal memory
+//   left) | data ITEM (GetData)
 // In TEXT, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
 namespace printer_script {
 
@@ -91,6 +93,20 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
         return Code(p, Message(p, rest));
     if (verb == QLatin1String("normal"))
         return Code(p, Normal(p, n(1), rest.section(u' ', 1)));
+    if (verb == QLatin1String("vat")) {
+        int32_t id = n(1);
+        QString value = w.value(2);
+        return Code(p, p.SetVatValue(id, value));
+    }
+    if (verb == QLatin1String("vattable"))
+        return Code(p, p.SetVatTable());
+    if (verb == QLatin1String("header") || verb == QLatin1String("trailer")) {
+        int32_t line = n(1);
+        QString text = rest.section(u' ', 1);
+        bool doubleWidth = false;
+        return Code(p, verb == QLatin1String("header") ? p.SetHeaderLine(line, text, doubleWidth)
+                                                       : p.SetTrailerLine(line, text, doubleWidth));
+    }
     if (verb == QLatin1String("set")) {
         const QString name = rest.section(u'=', 0, 0), value = rest.section(u'=', 1);
         const PropertyInfo* info = FindProperty(name);
@@ -129,16 +145,21 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     return QStringLiteral("bad step ") + step;
 }
 
+// The steps of `steps`, blank ones left out.
+inline QStringList Steps(const QString& steps) {
+    return steps.split(u';').filter(QRegularExpression(QStringLiteral("\\S")));
+}
+
 inline QString Run(SimulatedFiscalPrinter& p, const QString& steps) {
     QStringList out;
-    for (const QString& s : steps.split(u';', Qt::SkipEmptyParts))
+    for (const QString& s : Steps(steps))
         out << Step(p, s);
     return out.join(u';');
 }
 
 // What Run answers when every one of `steps` succeeds: "0;0;0".
 inline QString AllZero(const QString& steps) {
-    return QStringList(steps.split(u';', Qt::SkipEmptyParts).size(), QStringLiteral("0")).join(u';');
+    return QStringList(Steps(steps).size(), QStringLiteral("0")).join(u';');
 }
 
 // The values of `keys` ("fiscal=1 daytotal=1000 has:STORNO=0"): a key of the state dump; "completed" or

@@ -178,35 +178,6 @@ private slots:
         QCOMPARE(p.GetTotalizer(vat, gt, data), OPOS_E_ILLEGAL);
     }
 
-    void dayRules() {
-        SimulatedFiscalPrinter p;
-        Ready(p);
-        QString date = QStringLiteral("010120251200");
-        QCOMPARE(p.SetDate(date), 0);
-        QVERIFY(!p.DayOpened());
-        Sale(p, M(100));
-        QVERIFY(p.DayOpened());
-        int32_t id = 1, line = 1;
-        QString value = QStringLiteral("21"), text = QStringLiteral("SHOP");
-        bool dw = false;
-        const auto w = [&](int32_t rc) {
-            return rc == OPOS_E_EXTENDED && p.ResultCodeExtended() == OPOS_EFPTR_WRONG_STATE;
-        };
-        const QList<bool> refused{w(p.SetDate(date)), w(p.SetVatValue(id, value)), w(p.SetVatTable()),
-                                  w(p.SetHeaderLine(line, text, dw))};
-        QCOMPARE(refused, QList<bool>(4, true));
-        QCOMPARE(p.SetTrailerLine(line, text, dw), 0); // trailers may change any time
-        QCOMPARE(p.PrintZReport(), 0);
-        QVERIFY(!p.DayOpened());
-        QCOMPARE(p.RemainingFiscalMemory(), 1799);
-        QCOMPARE(Data(p, FPTR_GD_Z_REPORT), QStringLiteral("1"));
-        QCOMPARE(Data(p, FPTR_GD_DAILY_TOTAL), QStringLiteral("0"));
-        QCOMPARE(Data(p, FPTR_GD_GRAND_TOTAL), QStringLiteral("100"));
-        QCOMPARE(p.SetHeaderLine(line, text, dw), 0);
-        QCOMPARE(p.SetVatValue(id, value), 0);
-        QCOMPARE(p.SetVatTable(), 0);
-    }
-
     void vatTableAndDate() {
         SimulatedFiscalPrinter p;
         Ready(p);

@@ -159,6 +159,10 @@ private slots:
         row("a date before the Z report", "zreport; setdate -1d", "0;114/219", "z=1");
         row("a date after the Z report", "zreport; setdate +1d", "0;0", "z=1");
         row("a date while the day is open", "setdate +1d", "114/207", "day=open");
+        row("settings while the day is open", "vat 1 21; vattable; header 1 SHOP; trailer 1 SHOP",
+            "114/207;114/207;114/207;0", "day=open");
+        row("settings after the Z report", "zreport; header 1 SHOP; vat 1 21; vattable", "0;0;0;0",
+            "day=closed z=1 remaining=1799 daytotal=0 grandtotal=100");
         row("a clock going back", "fault clock -1h", "106", "clock=+0s");
         row("a clock going forward", "fault clock +2m", "0", "clock=+120s");
     }
@@ -370,6 +374,7 @@ private slots:
                          QString::fromLatin1(label),
                          receipt_script::ParseAmount(QString::fromLatin1(money).replace(u',', u'.')))),
                      label);
+        QVERIFY(report.filter(QStringLiteral("ALIQUOTA C")).isEmpty()); // rates with nothing stay out
     }
 };
 
