@@ -50,20 +50,6 @@ private slots:
         QCOMPARE(sink.completed.size(), 3);
     }
 
-    // However much a job feeds, it takes at most 5 s of simulated print time.
-    void hugeFeedFinishes() {
-        SimulatedFiscalPrinter p;
-        RecordingSink sink;
-        Start(p, sink);
-        p.SetPrintTimePerLineMs(20);
-        QCOMPARE(p.BeginNonFiscal(), 0);
-        p.SetAsyncMode(true);
-        QCOMPARE(Normal(p, FPTR_S_RECEIPT, QString(QChar(27)) + QStringLiteral("|2000000000F")), 0);
-        QVERIFY(QTest::qWaitFor([&] { return p.State() == OPOS_S_IDLE; }, 7000));
-        QCOMPARE(sink.completed, QList<int32_t>{p.OutputID()});
-        QCOMPARE(p.ReceiptRoll().Lines().last().feedLines, 2000000000);
-    }
-
     void errorAnswered_data() {
         QTest::addColumn<bool>("retry"); // retry once the operator fixed the paper, or clear the queue
         QTest::newRow("retried") << true;

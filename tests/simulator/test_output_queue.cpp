@@ -159,15 +159,6 @@ private slots:
         const auto fault = m.PhysicalFault(stations);
         QCOMPARE(fault ? fault->extended : 0, extended);
     }
-
-    void failureTakenOnce() {
-        Machine m;
-        m.FailNextCall(QStringLiteral("PrintRecItem"), 114, 214);
-        QVERIFY(!m.TakeFailure(QStringLiteral("PrintRecTotal")));
-        const auto f = m.TakeFailure(QStringLiteral("PrintRecItem"));
-        QVERIFY(f && f->code == 114 && f->extended == 214);
-        QVERIFY(!m.TakeFailure(QStringLiteral("PrintRecItem")));
-    }
 };
 
 QTEST_GUILESS_MAIN(TestOutputQueue)

@@ -37,12 +37,10 @@ class TestPrinterRules : public QObject {
 private slots:
     void voids_data() {
         Columns();
-        Row("a discount that never happened", "begin; item 1 10.00; adjvoid 1 3.00 1; total 10.00 10.00; end",
-            "0;0;106;0;0", "daytotal=1000 fiscal=1 journal=1");
-        Row("a refund that never happened", "begin; item 1 10.00; refundvoid 1 3.00; total 10.00 10.00; end",
-            "0;0;106;0;0", "daytotal=1000");
-        Row("an item never sold", "begin; item 1 10.00; itemvoid 1 5.00", "0;0;106",
-            "total=1000 has:STORNO=0");
+        Row("nothing to void",
+            "begin; item 1 10.00; adjvoid 1 3.00 1; refundvoid 1 3.00; itemvoid 1 5.00; "
+            "total 10.00 10.00; end",
+            "0;0;106;106;106;0;0", "daytotal=1000 fiscal=1 journal=1 has:STORNO=0");
         Row("an item sold", "begin; item 1 10.00; item 2 5.00; itemvoid 1 10.00", "0;0;0;0",
             "total=500 has:STORNO=1");
         Row("a discount on rate 2 for an item of rate 1", "begin; item 1 10.00; adj 1 1.00 2", "0;0;114/217",
@@ -180,10 +178,8 @@ private slots:
             "refund=500 daytotal=0 creditnotes=1 fiscal=0 tender1=0");
         Row("sales", "set FiscalReceiptType=4; begin; item 1 5.00; total 5.00 5.00; end", "0;0;0;0;0",
             "daytotal=500 fiscal=1 tender1=500");
-        Row("a card paying more than is due", "begin; item 1 10.00; total 10.00 20.00 5", "0;0;114/214",
+        Row("only cash gives change", "begin; item 1 10.00; total 10.00 20.00 5", "0;0;114/214",
             "state=2 total=1000");
-        Row("a not-paid amount beyond what is due", "begin; item 1 10.00; total 10.00 4.00; notpaid 7.00",
-            "0;0;0;114/214", "state=3");
         Row("cash gives change", "begin; item 1 10.00; total 10.00 4.00 1; total 10.00 20.00; end",
             "0;0;0;0;0", "tender1=600 tender2=400 has:RESTO=1");
         Row("a predefined line names its tender", "begin; item 1 10.00; total 10.00 10.00 0; end", "0;0;0;0",
@@ -270,10 +266,7 @@ private slots:
             "has:2000000000]=1");
         Row("a normal line feeding two billion lines", "nfbegin; normal 2 \\e|2000000000FZq", "0;0",
             "has:2000000000]=1 has:Zq=1");
-        Row("a message with a barcode of type 0", "begin; message \\e|5R01234", "0;106", "has:01234=0");
-        Row("a normal line with a short barcode", "nfbegin; normal 2 Zq\\e|14R1400", "0;106", "has:Zq=0");
         Row("a valid barcode in a message", "begin; message \\e|9R301234567", "0;0", "has:3:01234567]=1");
-        Row("a bad barcode in a description", "begin; set PreLine=\\e|3R012", "0;106", "state=2");
     }
     void printedText() { RunRow(); }
 
