@@ -7,13 +7,13 @@
 #include <QRegularExpression>
 
 // Rows of printer calls in a few words, steps apart by ";":
-//   begin | end | void | xreport | zreport | dup | reset | wait | nfbegin | nfend | training on|off
-//   item V A [Q U] | itemvoid V A [Q U] | adj T A V | adjvoid T A V | refund V A | refundvoid V A
-//   sub A | subadj T A | subvoid T A | total T P [DESC] | notpaid A | message TEXT | normal S TEXT
-//   vat ID VALUE | vattable | header N TEXT | trailer N TEXT | set PROPERTY=VALUE | setdate +N[dh] or -N[dh]
-//   from the printer's clock | dio CMD [TEXT] fault TEXT (DirectIO 9999 with TEXT) | memory N (fiscal memory
-//   left) | data ITEM (GetData)
-// In TEXT, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
+//   begin | end | void [DESC] | xreport | zreport | dup | reset | wait | nfbegin | nfend | training on|off
+//   item V A [Q U [DESC]] | itemvoid V A [Q U [DESC]] | adj T A V [DESC] | adjvoid T A V | refund V A [DESC]
+//   refundvoid V A | sub A | subadj T A [DESC] | subvoid T A | total T P [DESC] | notpaid A [DESC]
+//   message TEXT | normal S TEXT | vat ID VALUE | vattable | header N TEXT | trailer N TEXT
+//   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD [TEXT]
+//   fault TEXT (DirectIO 9999 with TEXT) | memory N (fiscal memory left) | data ITEM (GetData)
+// In TEXT and DESC, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
 namespace printer_script {
 
 inline QString Code(SimulatedFiscalPrinter& p, int32_t rc) {
@@ -24,19 +24,20 @@ inline QString Code(SimulatedFiscalPrinter& p, int32_t rc) {
 inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     using namespace t;
     using receipt_script::ParseAmount;
-    const QStringList w = step.simplified().split(u' ');
-    const QString verb = w[0];
-    const QString rest =
-        step.simplified().section(u' ', 1).replace(QStringLiteral("\\e"), QString(QChar(27)));
+    const QString line = step.simplified().replace(QStringLiteral("\\e"), QString(QChar(27)));
+    const QStringList w = line.split(u' ');
+    const QString verb = w[0], rest = line.section(u' ', 1);
     const auto n = [&](int i) { return w.value(i).toInt(); };
     const auto a = [&](int i) { return ParseAmount(w.value(i, QStringLiteral("0"))); };
-    const QString d = QStringLiteral("Articolo");
+    const auto d = [&](int i, const char* otherwise) { return w.value(i, QString::fromLatin1(otherwise)); };
     if (verb == QLatin1String("begin"))
         return Code(p, Begin(p));
     if (verb == QLatin1String("end"))
         return Code(p, End(p));
-    if (verb == QLatin1String("void"))
-        return Code(p, Void(p));
+    if (verb == QLatin1String("void")) {
+        QString desc = d(1, "VOID");
+        return Code(p, p.PrintRecVoid(desc));
+    }
     if (verb == QLatin1String("xreport"))
         return Code(p, p.PrintXReport());
     if (verb == QLatin1String("zreport"))
@@ -56,27 +57,31 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     if (verb == QLatin1String("training"))
         return Code(p, rest == QLatin1String("on") ? p.BeginTraining() : p.EndTraining());
     if (verb == QLatin1String("item"))
-        return Code(p, Item(p, d, a(2), n(1), n(3), a(4)));
+        return Code(p, Item(p, d(5, "Articolo"), a(2), n(1), n(3), a(4)));
     if (verb == QLatin1String("itemvoid"))
-        return Code(p, ItemVoid(p, d, a(2), n(1), n(3), a(4)));
+        return Code(p, ItemVoid(p, d(5, "Articolo"), a(2), n(1), n(3), a(4)));
     if (verb == QLatin1String("adj") || verb == QLatin1String("adjvoid")) {
         int32_t type = n(1), vat = n(3);
         Amount amount = a(2);
-        QString desc = QStringLiteral("Sconto");
+        QString desc = d(4, "Sconto");
         return Code(p, verb == QLatin1String("adj") ? p.PrintRecItemAdjustment(type, desc, amount, vat)
                                                     : p.PrintRecItemAdjustmentVoid(type, desc, amount, vat));
     }
     if (verb == QLatin1String("refund") || verb == QLatin1String("refundvoid")) {
         int32_t vat = n(1);
         Amount amount = a(2);
-        QString desc = QStringLiteral("Reso");
+        QString desc = d(3, "Reso");
         return Code(p, verb == QLatin1String("refund") ? p.PrintRecRefund(desc, amount, vat)
                                                        : p.PrintRecRefundVoid(desc, amount, vat));
     }
     if (verb == QLatin1String("sub"))
         return Code(p, Subtotal(p, a(1)));
-    if (verb == QLatin1String("subadj"))
-        return Code(p, SubAdjust(p, n(1), a(2)));
+    if (verb == QLatin1String("subadj")) {
+        int32_t type = n(1);
+        Amount amount = a(2);
+        QString desc = d(3, "Sub");
+        return Code(p, p.PrintRecSubtotalAdjustment(type, desc, amount));
+    }
     if (verb == QLatin1String("subvoid")) {
         int32_t type = n(1);
         Amount amount = a(2);
@@ -85,7 +90,7 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     if (verb == QLatin1String("total"))
         return Code(p, Total(p, a(1), a(2), w.value(3)));
     if (verb == QLatin1String("notpaid")) {
-        QString desc;
+        QString desc = d(2, "");
         Amount amount = a(1);
         return Code(p, p.PrintRecNotPaid(desc, amount));
     }

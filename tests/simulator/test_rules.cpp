@@ -271,73 +271,49 @@ private slots:
     void printedText() { RunRow(); }
 
     // Wherever printed text goes, a barcode sequence in it is checked: a bad one answers 106 and
-    // prints nothing, a good one passes.
+    // prints nothing, a good one passes. Each call comes after steps that make it legal; @ is its text.
     void barcodeInEveryPrintedText_data() {
+        QTest::addColumn<QString>("setup");
         QTest::addColumn<QString>("call");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("result");
-        const QString esc(QChar(27));
-        for (const char* call :
-             {"item", "item void", "refund", "adjustment", "subtotal adjustment", "payment", "not paid",
-              "void", "message", "normal", "header line", "trailer line", "PreLine", "PostLine",
-              "AdditionalHeader", "AdditionalTrailer"}) {
-            QTest::addRow("%s, barcode of type 0", call) << call << esc + "|5R01234" << 106;
-            QTest::addRow("%s, barcode cut short", call) << call << "A" + esc + "|14R1400" << 106;
-            QTest::addRow("%s, good barcode", call) << call << "A" + esc + "|9R301234567" << 0;
+        QTest::addColumn<QString>("result");
+        const QString r = QStringLiteral("begin; item 1 10.00");
+        const QList<std::pair<const char*, QString>> calls{
+            {"item", r + "; item 1 10.00 0 0 @"},
+            {"item void", r + "; itemvoid 1 10.00 0 0 @"},
+            {"refund", r + "; refund 1 1.00 @"},
+            {"adjustment", r + "; adj 1 1.00 1 @"},
+            {"subtotal adjustment", r + "; subadj 1 1.00 @"},
+            {"payment", r + "; total 10.00 10.00 @"},
+            {"not paid", r + "; total 10.00 0; notpaid 10.00 @"},
+            {"void", r + "; void @"},
+            {"message", r + "; message @"},
+            {"normal", "nfbegin; normal 2 @"},
+            {"header line", "header 1 @"},
+            {"trailer line", "trailer 1 @"},
+            {"PreLine", r + "; set PreLine=@"},
+            {"PostLine", r + "; set PostLine=@"},
+            {"AdditionalHeader", "set AdditionalHeader=@"},
+            {"AdditionalTrailer", "set AdditionalTrailer=@"}};
+        for (const auto& [name, steps] : calls) {
+            const QString setup = steps.section(u';', 0, -2), call = steps.section(u';', -1);
+            const auto row = [&](const char* what, const char* text, const char* result) {
+                QTest::addRow("%s, %s", name, what) << setup << QString(call).replace(u'@', text) << result;
+            };
+            row("barcode of type 0", "\\e|5R01234", "106");
+            row("barcode cut short", "A\\e|14R1400", "106");
+            row("good barcode", "A\\e|9R301234567", "0");
         }
     }
     void barcodeInEveryPrintedText() {
+        QFETCH(QString, setup);
         QFETCH(QString, call);
-        QFETCH(QString, text);
+        QFETCH(QString, result);
         SimulatedFiscalPrinter p;
         Ready(p);
-        // Where the call is legal: in a receipt of one 10.00 item, in a non-fiscal document, or MONITOR.
-        const bool nonFiscal = call == "normal";
-        const bool monitor = call == "header line" || call == "trailer line" || call.startsWith("Additional");
-        if (nonFiscal)
-            QCOMPARE(p.BeginNonFiscal(), 0);
-        if (!nonFiscal && !monitor) {
-            QCOMPARE(Begin(p), 0);
-            QCOMPARE(Item(p, "Item", M(1000)), 0);
-        }
-        if (call == "not paid")
-            QCOMPARE(Total(p, M(1000), 0), 0);
+        QCOMPARE(printer_script::Run(p, setup), printer_script::AllZero(setup));
         const qsizetype receipt = p.ReceiptRoll().Count(), journal = p.JournalRoll().Count();
-        Amount amount = M(100), price = M(1000), noUnitPrice = 0;
-        int32_t type = 1, vat = 1, zero = 0, station = 2, line = 1;
-        bool narrow = false;
-        QString none;
-        int32_t rc = -1;
-        if (call == "item")
-            rc = p.PrintRecItem(text, price, zero, vat, noUnitPrice, none);
-        else if (call == "item void")
-            rc = p.PrintRecItemVoid(text, price, zero, vat, noUnitPrice, none);
-        else if (call == "refund")
-            rc = p.PrintRecRefund(text, amount, vat);
-        else if (call == "adjustment")
-            rc = p.PrintRecItemAdjustment(type, text, amount, vat);
-        else if (call == "subtotal adjustment")
-            rc = p.PrintRecSubtotalAdjustment(type, text, amount);
-        else if (call == "payment")
-            rc = p.PrintRecTotal(price, price, text);
-        else if (call == "not paid")
-            rc = p.PrintRecNotPaid(text, price);
-        else if (call == "void")
-            rc = p.PrintRecVoid(text);
-        else if (call == "message")
-            rc = p.PrintRecMessage(text);
-        else if (call == "normal")
-            rc = p.PrintNormal(station, text);
-        else if (call == "header line")
-            rc = p.SetHeaderLine(line, text, narrow);
-        else if (call == "trailer line")
-            rc = p.SetTrailerLine(line, text, narrow);
-        else {
-            p.WriteProperty(FindProperty(call)->id, text);
-            rc = p.ResultCode();
-        }
-        QTEST(int(rc), "result");
-        if (rc != 0) {
+        QCOMPARE(printer_script::Run(p, call), result);
+        if (result != QLatin1String("0")) {
             QCOMPARE(p.ReceiptRoll().Count(), receipt);
             QCOMPARE(p.JournalRoll().Count(), journal);
         }
