@@ -11,7 +11,7 @@
 //   item V A [Q U [DESC]] | itemvoid V A [Q U [DESC]] | adj T A V [DESC] | adjvoid T A V | refund V A [DESC]
 //   refundvoid V A | sub A | subadj T A [DESC] | subvoid T A | total T P [DESC] | notpaid A [DESC]
 //   message TEXT | normal S TEXT | vat ID VALUE | vattable | header N TEXT | trailer N TEXT
-//   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD [TEXT]
+//   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD[:D0,D1...] [TEXT]
 //   fault TEXT (DirectIO 9999 with TEXT) | memory N (fiscal memory left) | data ITEM (GetData)
 // In TEXT and DESC, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
 namespace printer_script {
@@ -27,7 +27,7 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     const QString line = step.simplified().replace(QStringLiteral("\\e"), QString(QChar(27)));
     const QStringList w = line.split(u' ');
     const QString verb = w[0], rest = line.section(u' ', 1);
-    const auto n = [&](int i) { return w.value(i).toInt(); };
+    const auto n = [&](int i) { return w.value(i).section(u':', 0, 0).toInt(); };
     const auto a = [&](int i) { return ParseAmount(w.value(i, QStringLiteral("0"))); };
     const auto d = [&](int i, const char* otherwise) { return w.value(i, QString::fromLatin1(otherwise)); };
     if (verb == QLatin1String("begin"))
@@ -144,6 +144,9 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     if (verb == QLatin1String("dio")) {
         int32_t cmd = n(1);
         DirectIOData data{};
+        const QStringList values = w.value(1).section(u':', 1).split(u',', Qt::SkipEmptyParts);
+        for (int i = 0; i < values.size(); ++i)
+            data[i] = values[i].toInt();
         QString text = rest.section(u' ', 1);
         return Code(p, p.DirectIO(cmd, data, text));
     }
