@@ -122,43 +122,31 @@ private slots:
         QCOMPARE(m->LastFiscalDocument(), kMorning.addSecs(7200));
     }
 
-    // Once 24 hours have passed since the day opened, the day must end first.
-    void dayEnd_data() {
-        QTest::addColumn<qint64>("after"); // seconds from the first receipt; -1: no receipt
-        QTest::addColumn<bool>("required");
-        QTest::newRow("no day open") << qint64{-1} << false;
-        QTest::newRow("the same hour") << qint64{3600} << false;
-        QTest::newRow("a second short of a day") << qint64{24 * 3600 - 1} << false;
-        QTest::newRow("24 hours") << qint64{24 * 3600} << true;
-        QTest::newRow("three days") << qint64{3 * 24 * 3600} << true;
+    // Once 24 hours have passed since the day opened, the day must end first; the clock never goes back
+    // behind the last fiscal document, to the minute. The day's one receipt is at 09:00:30.
+    void dayAndClock_data() {
+        QTest::addColumn<qint64>("at"); // seconds from that receipt
+        QTest::addColumn<bool>("dayEnd");
+        QTest::addColumn<bool>("behind");
+        QTest::newRow("the same minute") << qint64{-30} << false << false;
+        QTest::newRow("a second before that minute") << qint64{-31} << false << true;
+        QTest::newRow("a day before") << qint64{-86400} << false << true;
+        QTest::newRow("an hour later") << qint64{3600} << false << false;
+        QTest::newRow("a second short of a day") << qint64{24 * 3600 - 1} << false << false;
+        QTest::newRow("24 hours") << qint64{24 * 3600} << true << false;
+        QTest::newRow("three days") << qint64{3 * 24 * 3600} << true << false;
     }
-    void dayEnd() {
-        QFETCH(qint64, after);
-        QFETCH(bool, required);
-        auto m = Make();
-        if (after >= 0)
-            m->CommitReceipt(Sale(*m, {100}, 1, kMorning));
-        Restart(m);
-        QCOMPARE(DayEndRequired(*m, kMorning.addSecs(qMax<qint64>(after, 0))), required);
-    }
-
-    // The clock never goes back behind the last fiscal document, to the minute.
-    void clockBehindLastDocument_data() {
-        QTest::addColumn<qint64>("offset"); // seconds from the last document at 09:00:30
-        QTest::addColumn<bool>("before");
-        QTest::newRow("the same minute") << qint64{-30} << false;
-        QTest::newRow("a second before that minute") << qint64{-31} << true;
-        QTest::newRow("a day before") << qint64{-86400} << true;
-        QTest::newRow("later") << qint64{60} << false;
-    }
-    void clockBehindLastDocument() {
-        QFETCH(qint64, offset);
-        QFETCH(bool, before);
-        auto m = Make();
-        QVERIFY(!BeforeLastFiscalDocument(*m, kMorning.addYears(-10))); // nothing printed yet
+    void dayAndClock() {
+        QFETCH(qint64, at);
+        QFETCH(bool, dayEnd);
+        QFETCH(bool, behind);
+        auto m = Make(); // nothing printed yet: no day to end, no time to keep behind
+        QVERIFY(!DayEndRequired(*m, kMorning.addDays(3)) &&
+                !BeforeLastFiscalDocument(*m, kMorning.addYears(-10)));
         m->CommitReceipt(Sale(*m, {100}, 1, kMorning.addSecs(30)));
         Restart(m);
-        QCOMPARE(BeforeLastFiscalDocument(*m, kMorning.addSecs(30 + offset)), before);
+        QCOMPARE(DayEndRequired(*m, kMorning.addSecs(30 + at)), dayEnd);
+        QCOMPARE(BeforeLastFiscalDocument(*m, kMorning.addSecs(30 + at)), behind);
     }
 
     // Three receipts of 0.03 at 22 %: 0.01 of VAT each, 0.03 in all; on the day's 0.09 it is 0.02.
