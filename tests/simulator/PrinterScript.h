@@ -29,7 +29,10 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     const QString verb = w[0], rest = line.section(u' ', 1);
     const auto n = [&](int i) { return w.value(i).section(u':', 0, 0).toInt(); };
     const auto a = [&](int i) { return ParseAmount(w.value(i, QStringLiteral("0"))); };
-    const auto d = [&](int i, const char* otherwise) { return w.value(i, QString::fromLatin1(otherwise)); };
+    // A description: the words from the i-th on.
+    const auto d = [&](int i, const char* otherwise) {
+        return i < w.size() ? QStringList(w.mid(i)).join(u' ') : QString::fromLatin1(otherwise);
+    };
     if (verb == QLatin1String("begin"))
         return Code(p, Begin(p));
     if (verb == QLatin1String("end"))
@@ -88,7 +91,7 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
         return Code(p, p.PrintRecSubtotalAdjustVoid(type, amount));
     }
     if (verb == QLatin1String("total"))
-        return Code(p, Total(p, a(1), a(2), w.value(3)));
+        return Code(p, Total(p, a(1), a(2), d(3, "")));
     if (verb == QLatin1String("notpaid")) {
         QString desc = d(2, "");
         Amount amount = a(1);
