@@ -4,14 +4,16 @@
 #include "SimTestSupport.h"
 
 #include <QDateTime>
+#include <QRegularExpression>
 
 // Rows of printer calls in a few words, steps apart by ";":
-//   begin | end | void | xreport | zreport | dup | reset | wait | nfbegin | nfend | training on|off
-//   item V A [Q U] | itemvoid V A [Q U] | adj T A V | adjvoid T A V | refund V A | refundvoid V A
-//   sub A | subadj T A | subvoid T A | total T P [DESC] | notpaid A | message TEXT | normal S TEXT
-//   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD [TEXT]
-//   fault TEXT (DirectIO 9999 with TEXT)
-// In TEXT, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
+//   begin | end | void [DESC] | xreport | zreport | dup | reset | wait | nfbegin | nfend | training on|off
+//   item V A [Q U [DESC]] | itemvoid V A [Q U [DESC]] | adj T A V [DESC] | adjvoid T A V | refund V A [DESC]
+//   refundvoid V A | sub A | subadj T A [DESC] | subvoid T A | total T P [DESC] | notpaid A [DESC]
+//   message TEXT | normal S TEXT | vat ID VALUE | vattable | header N TEXT | trailer N TEXT
+//   set PROPERTY=VALUE | setdate +N[dh] or -N[dh] from the printer's clock | dio CMD[:D0,D1...] [TEXT]
+//   fault TEXT (DirectIO 9999 with TEXT) | memory N (fiscal memory left) | data ITEM (GetData)
+// In TEXT and DESC, "\e" stands for character 27. Each step answers "0", "106" or "114/220".
 namespace printer_script {
 
 inline QString Code(SimulatedFiscalPrinter& p, int32_t rc) {
@@ -22,19 +24,23 @@ inline QString Code(SimulatedFiscalPrinter& p, int32_t rc) {
 inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     using namespace t;
     using receipt_script::ParseAmount;
-    const QStringList w = step.simplified().split(u' ');
-    const QString verb = w[0];
-    const QString rest =
-        step.simplified().section(u' ', 1).replace(QStringLiteral("\\e"), QString(QChar(27)));
-    const auto n = [&](int i) { return w.value(i).toInt(); };
+    const QString line = step.simplified().replace(QStringLiteral("\\e"), QString(QChar(27)));
+    const QStringList w = line.split(u' ');
+    const QString verb = w[0], rest = line.section(u' ', 1);
+    const auto n = [&](int i) { return w.value(i).section(u':', 0, 0).toInt(); };
     const auto a = [&](int i) { return ParseAmount(w.value(i, QStringLiteral("0"))); };
-    const QString d = QStringLiteral("Articolo");
+    // A description: the words from the i-th on.
+    const auto d = [&](int i, const char* otherwise) {
+        return i < w.size() ? QStringList(w.mid(i)).join(u' ') : QString::fromLatin1(otherwise);
+    };
     if (verb == QLatin1String("begin"))
         return Code(p, Begin(p));
     if (verb == QLatin1String("end"))
         return Code(p, End(p));
-    if (verb == QLatin1String("void"))
-        return Code(p, Void(p));
+    if (verb == QLatin1String("void")) {
+        QString desc = d(1, "VOID");
+        return Code(p, p.PrintRecVoid(desc));
+    }
     if (verb == QLatin1String("xreport"))
         return Code(p, p.PrintXReport());
     if (verb == QLatin1String("zreport"))
@@ -54,36 +60,40 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     if (verb == QLatin1String("training"))
         return Code(p, rest == QLatin1String("on") ? p.BeginTraining() : p.EndTraining());
     if (verb == QLatin1String("item"))
-        return Code(p, Item(p, d, a(2), n(1), n(3), a(4)));
+        return Code(p, Item(p, d(5, "Articolo"), a(2), n(1), n(3), a(4)));
     if (verb == QLatin1String("itemvoid"))
-        return Code(p, ItemVoid(p, d, a(2), n(1), n(3), a(4)));
+        return Code(p, ItemVoid(p, d(5, "Articolo"), a(2), n(1), n(3), a(4)));
     if (verb == QLatin1String("adj") || verb == QLatin1String("adjvoid")) {
         int32_t type = n(1), vat = n(3);
         Amount amount = a(2);
-        QString desc = QStringLiteral("Sconto");
+        QString desc = d(4, "Sconto");
         return Code(p, verb == QLatin1String("adj") ? p.PrintRecItemAdjustment(type, desc, amount, vat)
                                                     : p.PrintRecItemAdjustmentVoid(type, desc, amount, vat));
     }
     if (verb == QLatin1String("refund") || verb == QLatin1String("refundvoid")) {
         int32_t vat = n(1);
         Amount amount = a(2);
-        QString desc = QStringLiteral("Reso");
+        QString desc = d(3, "Reso");
         return Code(p, verb == QLatin1String("refund") ? p.PrintRecRefund(desc, amount, vat)
                                                        : p.PrintRecRefundVoid(desc, amount, vat));
     }
     if (verb == QLatin1String("sub"))
         return Code(p, Subtotal(p, a(1)));
-    if (verb == QLatin1String("subadj"))
-        return Code(p, SubAdjust(p, n(1), a(2)));
+    if (verb == QLatin1String("subadj")) {
+        int32_t type = n(1);
+        Amount amount = a(2);
+        QString desc = d(3, "Sub");
+        return Code(p, p.PrintRecSubtotalAdjustment(type, desc, amount));
+    }
     if (verb == QLatin1String("subvoid")) {
         int32_t type = n(1);
         Amount amount = a(2);
         return Code(p, p.PrintRecSubtotalAdjustVoid(type, amount));
     }
     if (verb == QLatin1String("total"))
-        return Code(p, Total(p, a(1), a(2), w.value(3)));
+        return Code(p, Total(p, a(1), a(2), d(3, "")));
     if (verb == QLatin1String("notpaid")) {
-        QString desc;
+        QString desc = d(2, "");
         Amount amount = a(1);
         return Code(p, p.PrintRecNotPaid(desc, amount));
     }
@@ -91,6 +101,20 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
         return Code(p, Message(p, rest));
     if (verb == QLatin1String("normal"))
         return Code(p, Normal(p, n(1), rest.section(u' ', 1)));
+    if (verb == QLatin1String("vat")) {
+        int32_t id = n(1);
+        QString value = w.value(2);
+        return Code(p, p.SetVatValue(id, value));
+    }
+    if (verb == QLatin1String("vattable"))
+        return Code(p, p.SetVatTable());
+    if (verb == QLatin1String("header") || verb == QLatin1String("trailer")) {
+        int32_t line = n(1);
+        QString text = rest.section(u' ', 1);
+        bool doubleWidth = false;
+        return Code(p, verb == QLatin1String("header") ? p.SetHeaderLine(line, text, doubleWidth)
+                                                       : p.SetTrailerLine(line, text, doubleWidth));
+    }
     if (verb == QLatin1String("set")) {
         const QString name = rest.section(u'=', 0, 0), value = rest.section(u'=', 1);
         const PropertyInfo* info = FindProperty(name);
@@ -111,20 +135,42 @@ inline QString Step(SimulatedFiscalPrinter& p, const QString& step) {
     }
     if (verb == QLatin1String("fault"))
         return Code(p, Debug(p, rest));
+    if (verb == QLatin1String("memory")) {
+        p.SetRemainingFiscalMemory(n(1));
+        return QStringLiteral("0");
+    }
+    if (verb == QLatin1String("data")) {
+        int32_t item = n(1), opt = 0;
+        QString data;
+        return Code(p, p.GetData(item, opt, data));
+    }
     if (verb == QLatin1String("dio")) {
         int32_t cmd = n(1);
         DirectIOData data{};
+        const QStringList values = w.value(1).section(u':', 1).split(u',', Qt::SkipEmptyParts);
+        for (int i = 0; i < values.size(); ++i)
+            data[i] = values[i].toInt();
         QString text = rest.section(u' ', 1);
         return Code(p, p.DirectIO(cmd, data, text));
     }
     return QStringLiteral("bad step ") + step;
 }
 
+// The steps of `steps`, blank ones left out.
+inline QStringList Steps(const QString& steps) {
+    return steps.split(u';').filter(QRegularExpression(QStringLiteral("\\S")));
+}
+
 inline QString Run(SimulatedFiscalPrinter& p, const QString& steps) {
     QStringList out;
-    for (const QString& s : steps.split(u';', Qt::SkipEmptyParts))
+    for (const QString& s : Steps(steps))
         out << Step(p, s);
     return out.join(u';');
+}
+
+// What Run answers when every one of `steps` succeeds: "0;0;0".
+inline QString AllZero(const QString& steps) {
+    return QStringList(Steps(steps).size(), QStringLiteral("0")).join(u';');
 }
 
 // The values of `keys` ("fiscal=1 daytotal=1000 has:STORNO=0"): a key of the state dump; "completed" or

@@ -92,10 +92,6 @@ inline int32_t Total(SimulatedFiscalPrinter& p, Amount total, Amount payment, QS
 inline int32_t Message(SimulatedFiscalPrinter& p, QString text) {
     return p.PrintRecMessage(text);
 }
-inline int32_t Void(SimulatedFiscalPrinter& p) {
-    QString d = QStringLiteral("VOID");
-    return p.PrintRecVoid(d);
-}
 inline QString Data(SimulatedFiscalPrinter& p, int32_t item, int32_t opt = 0) {
     QString data;
     p.GetData(item, opt, data);

@@ -52,39 +52,16 @@ private slots:
         row("clock +3d", "6 0 0 - 0 0 259200 0");
         row("print time 0", "7 0 0 - 0 0 0 0");
         row("print time 5000", "7 0 0 - 0 0 0 5000");
-        // Refused
-        row("cover", "refused");
-        row("cover open now", "refused");
-        row("cover ajar", "refused");
-        row("receipt", "refused");
-        row("receipt near", "refused");
-        row("journal full", "refused");
-        row("offline now", "refused");
-        row("power", "refused");
-        row("fail", "refused");
-        row("fail PrintRecItem", "refused");
-        row("fail PrintRecItem 111 0 9", "refused");
-        row("fail printrecitem 111", "refused");
-        row("fail PrintRecSomething 111", "refused");
-        row("fail SetState 106", "refused"); // a property that can't be written
-        row("fail PrintRecItem 0", "refused");
-        row("fail PrintRecItem 116", "refused");
-        row("fail PrintRecItem 111 201", "refused"); // extended codes go with 114
-        row("fail PrintRecItem -114", "refused");
-        row("fail PrintRecItem 114 x", "refused");
-        row("clock", "refused");
-        row("clock -5", "refused");
-        row("clock -1h", "refused");
-        row("clock 5", "refused");
-        row("clock +5y", "refused");
-        row("clock +5 h", "refused");
-        row("clock +40000d", "refused");
-        row("print time", "refused");
-        row("print time -1", "refused");
-        row("print time 5001", "refused");
-        row("print 20", "refused");
-        row("reboot", "refused");
-        row("", "refused");
+        // Refused, "|" apart: a word missing or too many, a name not known, a value out of range, a property
+        // that can't be written (SetState), an extended code without 114, and nothing at all.
+        const QString refused = QStringLiteral(
+            "cover|cover open now|cover ajar|receipt|receipt near|journal full|offline now|power|fail|"
+            "fail PrintRecItem|fail PrintRecItem 111 0 9|fail printrecitem 111|fail PrintRecSomething 111|"
+            "fail SetState 106|fail PrintRecItem 0|fail PrintRecItem 116|fail PrintRecItem 111 201|"
+            "fail PrintRecItem -114|fail PrintRecItem 114 x|clock|clock -5|clock -1h|clock 5|clock +5y|"
+            "clock +5 h|clock +40000d|print time|print time -1|print time 5001|print 20|reboot|");
+        for (const QString& text : refused.split(u'|'))
+            QTest::newRow(qPrintable(text.isEmpty() ? QStringLiteral("(empty)") : text)) << text << "refused";
     }
     void commands() {
         QFETCH(QString, text);

@@ -1,4 +1,4 @@
-#include "SimTestSupport.h"
+#include "PrinterScript.h"
 #include "Zorvane6DirectIO.h"
 
 #include <QDir>
@@ -30,7 +30,6 @@ QString FileText(const QString& path) {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QStringLiteral("<unreadable>");
 }
-using Prep = std::function<void(P&)>;
 using Check = std::function<void(P&, const Call&)>;
 } // namespace
 
@@ -54,71 +53,33 @@ private slots:
         QTest::addColumn<int>("cmd");
         QTest::addColumn<QList<int>>("data");
         QTest::addColumn<QString>("text");
-        QTest::addColumn<Prep>("prep");
+        QTest::addColumn<QString>("prep"); // printer steps; BMP is a good bitmap file
         QTest::addColumn<int>("rc");
         QTest::addColumn<int>("extended");
         QTest::addColumn<Check>("check");
         const QString bmp = m_bmp, missing = m_missing;
-        const Prep loaded = [bmp](P& p) { QCOMPARE(Run(p, DIRECTIO_FPTR_BMPLOAD, {1}, bmp).rc, 0); };
-        const Prep dyLoaded = [bmp](P& p) { QCOMPARE(Run(p, DIRECTIO_FPTR_DY_BMPLOAD, {3}, bmp).rc, 0); };
-        const Prep sale = [](P& p) { Sale(p, M(990)); };
-        const Prep creditNote = [](P& p) {
-            QCOMPARE(Run(p, DIRECTIO_FPTR_CREDITNOTE_BEGIN, {}, QStringLiteral("123456")).rc, 0);
-            QCOMPARE(Item(p, QStringLiteral("RESO"), M(500)), 0);
-        };
-        const Prep documents = [](P& p) {
-            Sale(p, M(990));
-            QCOMPARE(p.BeginNonFiscal(), 0);
-            QCOMPARE(Normal(p, FPTR_S_RECEIPT, QStringLiteral("NOTA")), 0);
-            QCOMPARE(p.EndNonFiscal(), 0);
-        };
-        const Prep drawerOpen = [](P& p) { p.OpenDrawer(); };
-        const Prep drawerClosing = [](P& p) {
-            p.Drawer().SetAutoCloseMs(20);
-            p.OpenDrawer();
-        };
-        const Prep displayText = [](P& p) { QCOMPARE(Run(p, 1302, {1}, QStringLiteral("HELLO")).rc, 0); };
-        const Prep paidCreditNote = [=](P& p) {
-            creditNote(p);
-            QCOMPARE(Total(p, M(500), M(500)), 0);
-        };
-        const auto mark = std::make_shared<qsizetype>(0);
-        const Prep saleMarked = [=](P& p) {
-            sale(p);
-            *mark = p.ReceiptRoll().Count();
-        };
-        const Prep openTicket = [=](P& p) {
-            sale(p);
-            QCOMPARE(Begin(p), 0);
-            QCOMPARE(Item(p, QStringLiteral("OPEN"), M(100)), 0);
-        };
-        const Prep queued = [](P& p) {
-            QCOMPARE(Begin(p), 0);
-            p.SetPrintTimePerLineMs(5000);
-            p.SetAsyncMode(true);
-            QCOMPARE(Item(p, QStringLiteral("SLOW"), M(100)), 0);
-        };
+        const QString sale = QStringLiteral("begin; item 1 9.90; total 9.90 9.90; end");
+        const QString creditNote = QStringLiteral("dio 1400 123456; item 1 5.00");
         const auto row = [](const char* name, int cmd, QList<int> data, QString text, int rc,
-                            int extended = 0, Prep prep = {}, Check check = {}) {
+                            int extended = 0, QString prep = {}, Check check = {}) {
             QTest::newRow(name) << cmd << data << text << prep << rc << extended << check;
         };
         row("unknown", 4242, {}, {}, 106);
         row("drawer open", 1000, {}, {}, 0, 0, {}, [](P& p, auto&) { QVERIFY(p.Drawer().IsOpen()); });
-        row("drawer open, not enabled", 1000, {}, {}, 105, 0, [](P& p) { p.SetDeviceEnabled(false); });
-        row("drawer state open", 1001, {}, {}, 0, 0, drawerOpen,
+        row("drawer open, not enabled", 1000, {}, {}, 105, 0, "set DeviceEnabled=0");
+        row("drawer state open", 1001, {}, {}, 0, 0, "dio 1000",
             [](P&, const Call& c) { QCOMPARE(c.data[0], 1); });
         row("drawer state closed", 1001, {}, {}, 0, 0, {}, [](P&, const Call& c) { QCOMPARE(c.data[0], 0); });
-        row("drawer wait", 1002, {5000}, {}, 0, 0, drawerClosing,
+        row("drawer wait, closed", 1002, {5000}, {}, 0, 0, {},
             [](P& p, auto&) { QVERIFY(!p.Drawer().IsOpen()); });
-        row("drawer wait, timeout", 1002, {10}, {}, 112, 0, drawerOpen,
+        row("drawer wait, timeout", 1002, {10}, {}, 112, 0, "dio 1000",
             [](P& p, auto&) { QVERIFY(p.Drawer().IsOpen()); });
         row("bitmap load", 1100, {1}, bmp, 0, 0, {}, [](P& p, auto&) { QVERIFY(p.Bitmaps().Has(1)); });
         row("bitmap load, missing", 1100, {1}, missing, 109);
         row("bitmap load, day open", 1100, {1}, bmp, 114, 207, sale);
-        row("bitmap load, the day's first receipt printing", 1100, {1}, bmp, 114, 207,
-            [](P& p) { QCOMPARE(Begin(p), 0); });
+        row("bitmap load, the day's first receipt printing", 1100, {1}, bmp, 114, 207, "begin");
         // Receipt station, centred, double width and height.
-        row("bitmap print", 1101, {1, 50 + 4 + 8, 1}, {}, 0, 0, loaded, [](P& p, auto&) {
+        row("bitmap print", 1101, {1, 50 + 4 + 8, 1}, {}, 0, 0, "dio 1100:1 BMP", [](P& p, auto&) {
             const auto& line = p.ReceiptRoll().Lines().last();
             QCOMPARE(line.kind, sim::PrintedLine::Kind::Bitmap);
             QCOMPARE(line.bitmapSlot, 1);
@@ -127,8 +88,8 @@ private slots:
             QCOMPARE(p.JournalRoll().Count(), 0);
         });
         row("bitmap print, empty slot", 1101, {1, 0x30, 1}, {}, 106);
-        row("bitmap erase", 1102, {1}, {}, 0, 0, loaded, [](P& p, auto&) { QVERIFY(!p.Bitmaps().Has(1)); });
-        row("bitmap erase, slot 0", 1102, {0}, {}, 106);
+        row("bitmap erase", 1102, {1}, {}, 0, 0, "dio 1100:1 BMP",
+            [](P& p, auto&) { QVERIFY(!p.Bitmaps().Has(1)); });
         row("barcode", 1200, {3, 1}, "4006381333931", 0, 0, {}, [](P& p, auto&) {
             QCOMPARE(p.ReceiptRoll().Lines().last().kind, sim::PrintedLine::Kind::Barcode);
             QCOMPARE(p.ReceiptRoll().Lines().last().text, QStringLiteral("4006381333931"));
@@ -136,53 +97,49 @@ private slots:
         });
         row("barcode, wrong check digit", 1200, {3, 1}, "4006381333932", 106, 0, {},
             [](P& p, auto&) { QCOMPARE(p.ReceiptRoll().Count(), 0); });
-        row("barcode, cover open", 1200, {3, 1}, "4006381333931", 114, 201,
-            [](P& p) { p.SetCoverOpen(true); });
+        row("barcode, cover open", 1200, {3, 1}, "4006381333931", 114, 201, "fault cover open");
         row("display mode", 1300, {2}, {}, 0, 0, {},
             [](P& p, auto&) { QCOMPARE(p.Display().RowCount(), 3); });
         row("display mode 5", 1300, {5}, {}, 106);
         row("display text", 1302, {2}, "BUONGIORNO", 0, 0, {},
             [](P& p, auto&) { QCOMPARE(p.Display().Rows().at(1), QStringLiteral("BUONGIORNO")); });
         row("display text, row 3 of 2", 1302, {3}, "x", 106);
-        row("display clear", 1301, {}, {}, 0, 0, displayText,
+        row("display clear", 1301, {}, {}, 0, 0, "dio 1302:1 HELLO",
             [](P& p, auto&) { QCOMPARE(p.Display().Rows().join(QString()), QString()); });
         row("display bitmap load", 1303, {3}, bmp, 0);
-        row("display bitmap load, missing", 1303, {3}, missing, 109);
-        row("display bitmap erase", 1304, {3}, {}, 0, 0, dyLoaded);
-        row("display bitmap erase, slot 0", 1304, {0}, {}, 106);
-        row("display bitmap show", 1305, {0, 0, 3}, {}, 0, 0, dyLoaded,
+        row("display bitmap erase", 1304, {3}, {}, 0, 0, "dio 1303:3 BMP");
+        row("display bitmap show", 1305, {0, 0, 3}, {}, 0, 0, "dio 1303:3 BMP",
             [](P& p, auto&) { QCOMPARE(p.Display().ShownBitmap(), 3); });
-        row("display bitmap show, empty slot", 1305, {0, 0, 3}, {}, 106);
         row("display bitmap now", 1306, {0, 0}, bmp, 0);
-        row("display bitmap now, missing", 1306, {0, 0}, missing, 109);
         row("standby text", 1307, {}, "CHIUSO", 0, 0, {},
             [](P& p, auto&) { QCOMPARE(p.Display().StandbyText(), QStringLiteral("CHIUSO")); });
-        row("standby bitmap", 1308, {0, 0, 3}, {}, 0, 0, dyLoaded);
-        row("standby bitmap, empty slot", 1308, {0, 0, 3}, {}, 106);
+        row("standby bitmap", 1308, {0, 0, 3}, {}, 0, 0, "dio 1303:3 BMP");
         row("credit note begin", 1400, {}, "123456", 0, 0, {}, [](P& p, auto&) {
             QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT);
             QCOMPARE(p.CurrentReceipt()->ReceiptType(), FPTR_RT_REFUND);
         });
-        row("credit note begin, receipt open", 1400, {}, "1", 114, 207, [](P& p) { QCOMPARE(Begin(p), 0); });
-        row("credit note end", 1401, {}, {}, 0, 0, paidCreditNote, [](P& p, auto&) {
+        row("credit note begin, receipt open", 1400, {}, "1", 114, 207, "begin");
+        row("credit note end", 1401, {}, {}, 0, 0, creditNote + "; total 5.00 5.00", [](P& p, auto&) {
             QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
             QVERIFY(p.ReceiptRoll().PlainText().contains(QStringLiteral("123456")));
             QCOMPARE(Data(p, FPTR_GD_REFUND), QStringLiteral("500"));
         });
         row("credit note end, not paid", 1401, {}, {}, 114, 207, creditNote);
-        row("journal report", 1500, {1, 0, 0}, "reportEJ.txt", 0, 0, documents, [](P&, const Call& c) {
-            QVERIFY(QDir::isAbsolutePath(c.text));
-            QVERIFY(c.text.endsWith(QStringLiteral("/reportEJ.txt")));
-            const QString all = FileText(c.text);
-            QVERIFY(all.contains(QStringLiteral("9,90")) && all.contains(QStringLiteral("NOTA")));
-        });
-        row("journal report, non-fiscal only", 1500, {1, 0, 3}, "nf.txt", 0, 0, documents,
+        row("journal report", 1500, {1, 0, 0}, "reportEJ.txt", 0, 0, sale + "; nfbegin; normal 2 NOTA; nfend",
             [](P&, const Call& c) {
+                QVERIFY(QDir::isAbsolutePath(c.text));
+                QVERIFY(c.text.endsWith(QStringLiteral("/reportEJ.txt")));
+                const QString all = FileText(c.text);
+                QVERIFY(all.contains(QStringLiteral("9,90")) && all.contains(QStringLiteral("NOTA")));
+            });
+        row("journal report, non-fiscal only", 1500, {1, 0, 3}, "nf.txt", 0, 0,
+            sale + "; nfbegin; normal 2 NOTA; nfend", [](P&, const Call& c) {
                 const QString nf = FileText(c.text);
                 QVERIFY(nf.contains(QStringLiteral("NOTA")) && !nf.contains(QStringLiteral("9,90")));
             });
-        row("journal report printed", 1500, {2, 3, 0}, "x.txt", 0, 0, saleMarked,
-            [=](P& p, auto&) { QVERIFY(p.ReceiptRoll().Count() > *mark); });
+        row("journal report printed", 1500, {2, 3, 0}, "x.txt", 0, 0, sale, [](P& p, auto&) {
+            QVERIFY(p.ReceiptRoll().PlainText().contains(QStringLiteral("---- SF 0001")));
+        });
         row("journal report, leaves the folder", 1500, {1, 0, 0}, "../escape.txt", 106);
         row("journal report, EJ mode 9", 1500, {1, 9, 0}, "x.txt", 106);
         row("X report", 1501, {1}, "reportZ.txt", 0, 0, {},
@@ -213,10 +170,11 @@ private slots:
             [](P& p, auto&) { QCOMPARE(Run(p, 9001, {0}).text, QStringLiteral("1A,2B")); });
         row("virtual ticket, last", 9002, {}, {}, 0, 0, sale,
             [](P&, const Call& c) { QVERIFY(c.text.contains(QStringLiteral("9,90"))); });
-        row("virtual ticket, open", 9002, {}, {}, 0, 0, openTicket, [](P&, const Call& c) {
-            QVERIFY(c.text.contains(QStringLiteral("OPEN")));
-            QVERIFY(!c.text.contains(QStringLiteral("9,90")));
-        });
+        row("virtual ticket, open", 9002, {}, {}, 0, 0, sale + "; begin; item 1 1.00 0 0 OPEN",
+            [](P&, const Call& c) {
+                QVERIFY(c.text.contains(QStringLiteral("OPEN")));
+                QVERIFY(!c.text.contains(QStringLiteral("9,90")));
+            });
         row("polling time", 9003, {1, 500, -1, -1}, {}, 0, 0, {},
             [](P& p, auto&) { QCOMPARE(p.PollingTimeMs(), 500); });
         row("polling time 99", 9003, {1, 99, -1, -1}, {}, 106);
@@ -234,16 +192,16 @@ private slots:
                 QVERIFY(!p.IsCoverOpen());
                 QCOMPARE(c.text, QStringLiteral("cover ajar"));
             });
-        row(
-            "simulator: answers while powered off", 9999, {}, "power on", 0, 0,
-            [](P& p) { p.SetPowerOff(true); }, [](P& p, auto&) { QVERIFY(!p.IsPowerOff()); });
-        row(
-            "simulator: answers while offline", 9999, {}, "online", 0, 0, [](P& p) { p.SetOffline(true); },
+        row("simulator: answers while powered off", 9999, {}, "power on", 0, 0, "fault power off",
+            [](P& p, auto&) { QVERIFY(!p.IsPowerOff()); });
+        row("simulator: answers while offline", 9999, {}, "online", 0, 0, "fault offline",
             [](P& p, auto&) { QVERIFY(!p.IsOffline()); });
-        row("other commands while offline", 1001, {}, {}, 108, 0, [](P& p) { p.SetOffline(true); });
-        row("simulator: answers while output is queued", 9999, {}, "receipt empty", 0, 0, queued,
+        row("other commands while offline", 1001, {}, {}, 108, 0, "fault offline");
+        row("simulator: answers while output is queued", 9999, {}, "receipt empty", 0, 0,
+            "begin; fault print time 5000; set AsyncMode=1; item 1 1.00 0 0 SLOW",
             [](P& p, auto&) { QCOMPARE(p.ReceiptPaper(), PaperLevel::Empty); });
-        row("other commands while output is queued", 1001, {}, {}, 113, 0, queued);
+        row("other commands while output is queued", 1001, {}, {}, 113, 0,
+            "begin; fault print time 5000; set AsyncMode=1; item 1 1.00 0 0 SLOW");
         row("simulator: fail a call", 9999, {}, "fail PrintRecItem 114 214", 0, 0, {}, [](P& p, auto&) {
             QCOMPARE(Begin(p), 0);
             QCOMPARE(Item(p, QStringLiteral("A"), M(100)), OPOS_E_EXTENDED);
@@ -259,15 +217,15 @@ private slots:
         QFETCH(int, cmd);
         QFETCH(QList<int>, data);
         QFETCH(QString, text);
-        QFETCH(Prep, prep);
+        QFETCH(QString, prep);
         QFETCH(int, rc);
         QFETCH(int, extended);
         QFETCH(Check, check);
         P p;
         Ready(p);
         p.Drawer().SetAutoCloseMs(60000);
-        if (prep)
-            prep(p);
+        prep.replace(QStringLiteral("BMP"), m_bmp);
+        QCOMPARE(printer_script::Run(p, prep), printer_script::AllZero(prep));
         const Call c = Run(p, cmd, data, text);
         QCOMPARE(c.rc, rc);
         if (rc == OPOS_E_EXTENDED)

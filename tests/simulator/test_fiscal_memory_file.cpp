@@ -1,7 +1,6 @@
 #include "FiscalMemoryFiles.h"
 #include "SimTestSupport.h"
 
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -117,35 +116,6 @@ private slots:
         QCOMPARE(opening.memory->Remaining(), kFiscalMemoryCapacity);
         opening.memory.reset();
         QCOMPARE(OpenFiscalMemoryFile(path, Zorvane()).outcome, Outcome::Opened);
-    }
-
-    // Whatever bytes lie in the file, opening answers; the bytes are kept, where it says.
-    void anyBytesGetAnAnswer() {
-        QRandomGenerator random(20250310);
-        QByteArray real;
-        {
-            const QString path = NewPath();
-            MakeMemory(path, Zorvane(), ADayAndABit);
-            real = Bytes(path);
-        }
-        QMap<Outcome, int> seen;
-        for (int round = 0; round < 40; ++round) {
-            QByteArray bytes = real;
-            const int changes = 1 + round % 8;
-            for (int c = 0; c < changes; ++c)
-                bytes[random.bounded(round % 2 ? 100 : int(bytes.size()))] = char(random.bounded(256));
-            const QString path = NewPath();
-            Write(path, bytes);
-            FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, Zorvane());
-            ++seen[opening.outcome];
-            QVERIFY(!opening.memory == (opening.outcome == Outcome::Refused));
-            if (opening.outcome == Outcome::MovedAside || opening.outcome == Outcome::Refused) {
-                QVERIFY2(opening.message.contains(path), qPrintable(opening.message));
-                QCOMPARE(Bytes(opening.outcome == Outcome::MovedAside ? opening.keptAt : path), bytes);
-            }
-        }
-        // The changes reach every branch: files that still open, damaged ones, refused ones.
-        QVERIFY(seen[Outcome::Opened] > 0 && seen[Outcome::MovedAside] > 0 && seen[Outcome::Refused] > 0);
     }
 
     // A file of the first schema is brought up to date; the old file stays beside it.

@@ -139,8 +139,6 @@ private slots:
         QTest::addColumn<int>("extended"); // 0: no fault
         QTest::newRow("none") << "" << FPTR_S_JOURNAL_RECEIPT << 0;
         QTest::newRow("near end prints") << "N" << FPTR_S_RECEIPT << 0;
-        QTest::newRow("cover first") << "CRJ" << FPTR_S_JOURNAL_RECEIPT << 201;
-        QTest::newRow("receipt before journal") << "RJ" << FPTR_S_JOURNAL_RECEIPT << 203;
         QTest::newRow("receipt paper, journal only") << "R" << FPTR_S_JOURNAL << 0;
         QTest::newRow("journal paper, journal only") << "RJ" << FPTR_S_JOURNAL << 202;
     }
@@ -158,15 +156,6 @@ private slots:
         QCOMPARE(changed.count(), faults.size()); // one announcement per change, none for no change
         const auto fault = m.PhysicalFault(stations);
         QCOMPARE(fault ? fault->extended : 0, extended);
-    }
-
-    void failureTakenOnce() {
-        Machine m;
-        m.FailNextCall(QStringLiteral("PrintRecItem"), 114, 214);
-        QVERIFY(!m.TakeFailure(QStringLiteral("PrintRecTotal")));
-        const auto f = m.TakeFailure(QStringLiteral("PrintRecItem"));
-        QVERIFY(f && f->code == 114 && f->extended == 214);
-        QVERIFY(!m.TakeFailure(QStringLiteral("PrintRecItem")));
     }
 };
 

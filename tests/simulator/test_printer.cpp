@@ -1,4 +1,4 @@
-#include "SimTestSupport.h"
+#include "PrinterScript.h"
 
 #include <QSignalSpy>
 
@@ -110,169 +110,29 @@ private slots:
             QCOMPARE(p.ErrorString(), QStringLiteral("Cover open"));
     }
 
-    void propertyWrites() {
-        SimulatedFiscalPrinter p;
-        Ready(p);
-        p.SetCheckTotal(true); // no such capability on this model
-        QCOMPARE(p.ResultCode(), OPOS_E_ILLEGAL);
-        p.SetTotalizerType(5);
-        QCOMPARE(p.ResultCode(), OPOS_E_ILLEGAL);
-        p.SetTotalizerType(4);
-        QCOMPARE(p.TotalizerType(), 4);
-        QCOMPARE(Begin(p), 0);
-        p.SetFiscalReceiptType(7);
-        QCOMPARE(p.ResultCode(), OPOS_E_EXTENDED);
-        QCOMPARE(p.ResultCodeExtended(), OPOS_EFPTR_WRONG_STATE);
-        p.SetFiscalReceiptStation(1);
-        QCOMPARE(p.ResultCodeExtended(), OPOS_EFPTR_WRONG_STATE);
-    }
-
-    void refusedInEachState_data() {
-        QTest::addColumn<int>("state");
-        QTest::newRow("monitor") << FPTR_PS_MONITOR;
-        QTest::newRow("fiscal receipt") << FPTR_PS_FISCAL_RECEIPT;
-        QTest::newRow("fiscal receipt total") << FPTR_PS_FISCAL_RECEIPT_TOTAL;
-        QTest::newRow("fiscal receipt ending") << FPTR_PS_FISCAL_RECEIPT_ENDING;
-        QTest::newRow("non-fiscal") << FPTR_PS_NONFISCAL;
-        QTest::newRow("locked") << FPTR_PS_LOCKED;
-    }
-    void refusedInEachState() {
-        QFETCH(int, state);
-        SimulatedFiscalPrinter p;
-        Ready(p);
-        if (state >= FPTR_PS_FISCAL_RECEIPT && state <= FPTR_PS_FISCAL_RECEIPT_ENDING) {
-            QCOMPARE(Begin(p), 0);
-            QCOMPARE(Item(p, QStringLiteral("A"), M(1000)), 0);
-        }
-        if (state == FPTR_PS_FISCAL_RECEIPT_TOTAL || state == FPTR_PS_FISCAL_RECEIPT_ENDING)
-            QCOMPARE(Total(p, M(1000), state == FPTR_PS_FISCAL_RECEIPT_TOTAL ? M(100) : M(1000)), 0);
-        if (state == FPTR_PS_NONFISCAL)
-            QCOMPARE(p.BeginNonFiscal(), 0);
-        if (state == FPTR_PS_LOCKED) { // the last Z report the memory holds locks the printer
-            p.SetRemainingFiscalMemory(1);
-            QCOMPARE(p.PrintZReport(), 0);
-            QCOMPARE(p.RemainingFiscalMemory(), 0);
-        }
-        QCOMPARE(p.PrinterState(), state);
-        QString text;
-        Amount amount = M(300);
-        int32_t item = FPTR_GD_FIRMWARE, opt = 0;
-        // Each call must answer 114/207.
-        const auto w = [&](int32_t rc) {
-            return rc == OPOS_E_EXTENDED && p.ResultCodeExtended() == OPOS_EFPTR_WRONG_STATE;
-        };
-        QList<bool> refused;
-        switch (state) {
-        case FPTR_PS_MONITOR:
-            refused = {w(Total(p, 0, 0)), w(End(p)), w(Normal(p, FPTR_S_RECEIPT, QStringLiteral("x"))),
-                       w(p.EndNonFiscal())};
-            break;
-        case FPTR_PS_FISCAL_RECEIPT:
-            refused = {w(Begin(p)), w(p.PrintZReport()), w(End(p)), w(p.PrintRecNotPaid(text, amount))};
-            break;
-        case FPTR_PS_FISCAL_RECEIPT_TOTAL:
-            refused = {w(Item(p, QStringLiteral("B"), M(100))), w(Subtotal(p)), w(End(p))};
-            break;
-        case FPTR_PS_FISCAL_RECEIPT_ENDING:
-            refused = {w(Total(p, M(1000), M(100))), w(Void(p)), w(Item(p, QStringLiteral("B"), M(100)))};
-            break;
-        case FPTR_PS_NONFISCAL:
-            refused = {w(Begin(p)), w(Message(p, QStringLiteral("x")))};
-            break;
-        case FPTR_PS_LOCKED:
-            refused = {w(Begin(p)), w(p.GetData(item, opt, text)), w(p.ResetPrinter())};
-            break;
-        }
-        QCOMPARE(refused, QList<bool>(refused.size(), true));
-        QCOMPARE(p.PrinterState(), state);
-    }
-
-    void resetPrinterVoidsOpenReceipt() {
-        SimulatedFiscalPrinter p;
-        Ready(p);
-        QCOMPARE(p.BeginTraining(), 0);
-        QCOMPARE(Begin(p), 0);
-        QCOMPARE(p.ResetPrinter(), 0);
-        QVERIFY(!p.TrainingModeActive());
-        QCOMPARE(Begin(p), 0);
-        QCOMPARE(Item(p, QStringLiteral("A"), M(1000)), 0);
-        QCOMPARE(p.ResetPrinter(), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
-        QCOMPARE(Data(p, FPTR_GD_DAILY_TOTAL), QStringLiteral("0"));
-        QCOMPARE(Data(p, FPTR_GD_FISCAL_REC_VOID), QStringLiteral("1"));
-        QCOMPARE(Data(p, FPTR_GD_FISCAL_REC), QStringLiteral("0"));
-    }
-
-    // PrintRecVoid, the total check and the VAT table differ by model.
-    void models_data() {
-        QTest::addColumn<QString>("model");
-        QTest::addColumn<int>("vatRates");
-        QTest::addColumn<bool>("checkTotal");
-        QTest::addColumn<int>("afterVoid");
-        QTest::newRow("ZorvaneFPU") << QStringLiteral("ZorvaneFPU") << 8 << false << FPTR_PS_MONITOR;
-        QTest::newRow("Tessorim") << QStringLiteral("Tessorim") << 4 << true << FPTR_PS_FISCAL_RECEIPT_ENDING;
-    }
-    void models() {
-        QFETCH(QString, model);
-        QFETCH(int, vatRates);
-        QFETCH(bool, checkTotal);
-        QFETCH(int, afterVoid);
-        SimulatedFiscalPrinter p;
-        Ready(p, model);
-        QCOMPARE(p.DeviceName(), model);
-        QCOMPARE(p.NumVatRates(), vatRates);
-        QCOMPARE(p.CapCheckTotal(), checkTotal);
-        QCOMPARE(p.CheckTotal(), checkTotal);
-        QCOMPARE(Begin(p), 0);
-        QCOMPARE(Item(p, QStringLiteral("A"), M(100), vatRates + 1), OPOS_E_EXTENDED);
-        QCOMPARE(p.ResultCodeExtended(), OPOS_EFPTR_BAD_VAT);
-        QCOMPARE(Item(p, QStringLiteral("A"), M(1000), vatRates), 0);
-        if (checkTotal)
-            p.SetCheckTotal(false); // the check itself has its own table
-        QCOMPARE(Total(p, M(999), M(500)), 0);
-        QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT_TOTAL);
-        QCOMPARE(Void(p), 0);
-        QCOMPARE(p.PrinterState(), afterVoid);
-        if (afterVoid != FPTR_PS_MONITOR) {
-            QCOMPARE(Item(p, QStringLiteral("B"), M(100)), OPOS_E_EXTENDED);
-            QCOMPARE(End(p), 0);
-        }
-        QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR);
-        QCOMPARE(Data(p, FPTR_GD_DAILY_TOTAL), QStringLiteral("0"));
-        QCOMPARE(Data(p, FPTR_GD_FISCAL_REC_VOID), QStringLiteral("1"));
-    }
-
+    // A credit note with voids and adjustments on the way, the PreLine above its first item only, change
+    // given from cash: it adds to the refunds, not to the day.
     void creditNoteTotals() {
         SimulatedFiscalPrinter p;
+        RecordingSink sink;
         Ready(p);
-        p.SetFiscalReceiptType(FPTR_RT_REFUND);
-        QCOMPARE(p.ResultCode(), 0);
-        QCOMPARE(Begin(p), 0);
-        p.SetPreLine(QStringLiteral("8953986357"));
-        for (int i = 1; i <= 3; ++i)
-            QCOMPARE(Item(p, QStringLiteral("TEST ITEM %1").arg(i), M(i * 100)), 0);
-        QCOMPARE(p.PreLine(), QString()); // printed before the first item only
-        QCOMPARE(ItemVoid(p, QStringLiteral("TEST ITEM 3"), M(300)), 0);
-        QCOMPARE(Item(p, QStringLiteral("TEST ITEM 4"), M(800), 2), 0);
-        QCOMPARE(Adjust(p, 3, M(2500), 2), 0); // 25 % of 8.00
-        QCOMPARE(Subtotal(p), 0);
-        QCOMPARE(Data(p, FPTR_GD_CURRENT_TOTAL), QStringLiteral("900"));
-        QCOMPARE(SubAdjust(p, 3, M(1000)), 0); // 10 %: 0.90 off
-        QCOMPARE(Data(p, FPTR_GD_CURRENT_TOTAL), QStringLiteral("810"));
-        QCOMPARE(SubAdjust(p, 2, M(90)), 0);
-        QCOMPARE(SubAdjust(p, 1, M(100)), 0);
-        QCOMPARE(Data(p, FPTR_GD_CURRENT_TOTAL), QStringLiteral("800"));
-        QCOMPARE(Total(p, M(800), M(500), QStringLiteral("0")), 0);
-        QCOMPARE(Total(p, M(800), M(770)), 0); // cash: the change comes out of it
-        QCOMPARE(p.PrinterState(), FPTR_PS_FISCAL_RECEIPT_ENDING);
+        const auto run = [&](const QString& steps, const QString& state) {
+            QCOMPARE(printer_script::Run(p, steps), printer_script::AllZero(steps));
+            QCOMPARE(printer_script::Observe(p, sink, state), state);
+        };
+        run("set FiscalReceiptType=7; begin; set PreLine=8953986357; item 1 1.00 0 0 TEST ITEM 1; item 1 "
+            "2.00; "
+            "item 1 3.00; itemvoid 1 3.00; item 2 8.00; adj 3 25.00 2; sub",
+            "total=900");                   // 25 % of 8.00
+        run("subadj 3 10.00", "total=810"); // 10 %: 0.90 off
+        run("subadj 2 0.90; subadj 1 1.00", "total=800");
+        run("total 8.00 5.00 0; total 8.00 7.70", "state=4 has:4,70=1"); // cash: the change of 12.70 paid
+        QCOMPARE(p.PreLine(), QString());
         const QStringList lines = p.ReceiptText().split(u'\n');
         QCOMPARE(lines.count(QStringLiteral("8953986357")), 1);
         QVERIFY(
             lines[lines.indexOf(QStringLiteral("8953986357")) + 1].startsWith(QStringLiteral("TEST ITEM 1")));
-        QVERIFY(p.ReceiptText().contains(QStringLiteral("4,70"))); // change of 12.70 paid
-        QCOMPARE(End(p), 0);
-        QCOMPARE(Data(p, FPTR_GD_REFUND), QStringLiteral("800"));
-        QCOMPARE(Data(p, FPTR_GD_DAILY_TOTAL), QStringLiteral("0"));
+        run("end", "refund=800 daytotal=0");
     }
 
     void totalsAndData() {
@@ -308,35 +168,6 @@ private slots:
         int32_t item = FPTR_GD_TENDER, opt = 23, vat = 9, gt = FPTR_GT_NET;
         QCOMPARE(p.GetData(item, opt, data), OPOS_E_ILLEGAL);
         QCOMPARE(p.GetTotalizer(vat, gt, data), OPOS_E_ILLEGAL);
-    }
-
-    void dayRules() {
-        SimulatedFiscalPrinter p;
-        Ready(p);
-        QString date = QStringLiteral("010120251200");
-        QCOMPARE(p.SetDate(date), 0);
-        QVERIFY(!p.DayOpened());
-        Sale(p, M(100));
-        QVERIFY(p.DayOpened());
-        int32_t id = 1, line = 1;
-        QString value = QStringLiteral("21"), text = QStringLiteral("SHOP");
-        bool dw = false;
-        const auto w = [&](int32_t rc) {
-            return rc == OPOS_E_EXTENDED && p.ResultCodeExtended() == OPOS_EFPTR_WRONG_STATE;
-        };
-        const QList<bool> refused{w(p.SetDate(date)), w(p.SetVatValue(id, value)), w(p.SetVatTable()),
-                                  w(p.SetHeaderLine(line, text, dw))};
-        QCOMPARE(refused, QList<bool>(4, true));
-        QCOMPARE(p.SetTrailerLine(line, text, dw), 0); // trailers may change any time
-        QCOMPARE(p.PrintZReport(), 0);
-        QVERIFY(!p.DayOpened());
-        QCOMPARE(p.RemainingFiscalMemory(), 1799);
-        QCOMPARE(Data(p, FPTR_GD_Z_REPORT), QStringLiteral("1"));
-        QCOMPARE(Data(p, FPTR_GD_DAILY_TOTAL), QStringLiteral("0"));
-        QCOMPARE(Data(p, FPTR_GD_GRAND_TOTAL), QStringLiteral("100"));
-        QCOMPARE(p.SetHeaderLine(line, text, dw), 0);
-        QCOMPARE(p.SetVatValue(id, value), 0);
-        QCOMPARE(p.SetVatTable(), 0);
     }
 
     void vatTableAndDate() {
@@ -394,39 +225,22 @@ private slots:
     // Each document ends with one cut of the receipt paper, below its last line; a fiscal one has the
     // fiscal logo with the serial number just above the cut. The journal is never cut.
     void documentFoot_data() {
-        QTest::addColumn<QString>("document");
+        QTest::addColumn<QString>("steps");
         QTest::addColumn<bool>("logo");
-        QTest::newRow("sale") << "sale" << true;
-        QTest::newRow("voided receipt") << "void" << true;
-        QTest::newRow("training receipt") << "training" << false;
-        QTest::newRow("non-fiscal document") << "nonfiscal" << false;
-        QTest::newRow("X report") << "x" << false;
-        QTest::newRow("Z report") << "z" << true;
+        QTest::newRow("sale") << "begin; item 1 1.00; total 1.00 1.00; end" << true;
+        QTest::newRow("voided receipt") << "begin; item 1 1.00; void" << true;
+        QTest::newRow("training receipt") << "training on; begin; item 1 1.00; total 1.00 1.00; end" << false;
+        QTest::newRow("non-fiscal document") << "nfbegin; normal 2 hello; nfend" << false;
+        QTest::newRow("X report") << "xreport" << false;
+        QTest::newRow("Z report") << "zreport" << true;
     }
     void documentFoot() {
-        QFETCH(QString, document);
+        QFETCH(QString, steps);
         QFETCH(bool, logo);
         SimulatedFiscalPrinter p;
         Ready(p);
         const qsizetype receiptStart = p.ReceiptRoll().Count(), journalStart = p.JournalRoll().Count();
-        if (document == QLatin1String("sale")) {
-            Sale(p, M(100));
-        } else if (document == QLatin1String("void")) {
-            QCOMPARE(Begin(p), 0);
-            QCOMPARE(Item(p, QStringLiteral("A"), M(100)), 0);
-            QCOMPARE(Void(p), 0);
-        } else if (document == QLatin1String("training")) {
-            QCOMPARE(p.BeginTraining(), 0);
-            Sale(p, M(100));
-        } else if (document == QLatin1String("nonfiscal")) {
-            QCOMPARE(p.BeginNonFiscal(), 0);
-            QCOMPARE(Normal(p, FPTR_S_RECEIPT, QStringLiteral("hello")), 0);
-            QCOMPARE(p.EndNonFiscal(), 0);
-        } else if (document == QLatin1String("x")) {
-            QCOMPARE(p.PrintXReport(), 0);
-        } else {
-            QCOMPARE(p.PrintZReport(), 0);
-        }
+        QCOMPARE(printer_script::Run(p, steps), printer_script::AllZero(steps));
         const QList<sim::PrintedLine> paper = p.ReceiptRoll().Lines().mid(receiptStart);
         QVERIFY(paper.size() > 2);
         for (qsizetype i = 0; i < paper.size(); ++i)
@@ -478,12 +292,10 @@ private slots:
         QCOMPARE(commits.count(), 1);
     }
 
+    // A failed property write leaves the property; offline refuses enabling; power and paper show.
     void faults() {
         SimulatedFiscalPrinter p;
         Ready(p);
-        p.FailNextCall(QStringLiteral("BeginFiscalReceipt"), OPOS_E_FAILURE, 0);
-        QCOMPARE(Begin(p), OPOS_E_FAILURE);
-        QCOMPARE(Begin(p), 0);
         p.FailNextCall(QStringLiteral("SetAsyncMode"), OPOS_E_EXTENDED, OPOS_EFPTR_TECHNICAL_ASSISTANCE);
         p.SetAsyncMode(true);
         QCOMPARE(p.ResultCodeExtended(), OPOS_EFPTR_TECHNICAL_ASSISTANCE);
@@ -493,18 +305,9 @@ private slots:
         p.SetDeviceEnabled(true);
         QCOMPARE(p.ResultCode(), OPOS_E_OFFLINE);
         p.SetOffline(false);
-        p.SetDeviceEnabled(true);
-        QCOMPARE(p.ResultCode(), 0);
         p.SetPowerOff(true);
         QCOMPARE(p.PowerState(), OPOS_PS_OFF_OFFLINE);
-        QCOMPARE(Item(p, QStringLiteral("A"), M(100)), OPOS_E_OFFLINE);
         p.SetPowerOff(false);
-        QCOMPARE(Data(p, FPTR_GD_RESTART), QStringLiteral("1"));
-        QCOMPARE(p.PrinterState(), FPTR_PS_MONITOR); // the open receipt voided itself
-        // The clock never goes back behind the last fiscal document (the voided receipt).
-        QVERIFY(!p.SetClockOffsetSeconds(-3600));
-        QCOMPARE(p.ClockOffsetSeconds(), 0);
-        QVERIFY(p.SetClockOffsetSeconds(3600));
         QCOMPARE(p.PowerState(), OPOS_PS_ONLINE);
         p.SetReceiptPaper(PaperLevel::NearEnd);
         p.SetJournalPaper(PaperLevel::Empty);
