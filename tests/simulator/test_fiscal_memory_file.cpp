@@ -46,6 +46,12 @@ private slots:
         QTest::newRow("the other model's memory")
             << Prepare([](const QString& p) { MakeMemory(p, Tessorim(), ADayAndABit); })
             << "belongs to a Tessorim printer, not to a ZorvaneFPU";
+        QTest::newRow("a format SQLite reads but won't write") << Prepare([](const QString& p) {
+            MakeMemory(p, Zorvane(), ADayAndABit);
+            QByteArray b = Bytes(p);
+            b[18] = 3; // the header's write version
+            Write(p, b);
+        }) << "readonly";
         QTest::newRow("a folder") << Prepare([](const QString& p) { QVERIFY(QDir().mkpath(p)); })
                                   << "it is not a file";
     }

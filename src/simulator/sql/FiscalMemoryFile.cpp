@@ -174,6 +174,11 @@ Attempt TryOpen(const QString& path, const ModelSwitches& model, int capacity,
     QString problem;
     if (!FiscalRows::Load(*db, state, z, journalCount, problem))
         return Damaged(problem);
+    // A file SQLite reads but won't write (a format version beyond its own) would refuse the first
+    // document: found now, before anything was written to it.
+    if (attempt.outcome == Outcome::Opened &&
+        !db->Exec(QStringLiteral("PRAGMA user_version = %1").arg(FiscalSchema::kVersion)))
+        return Refusal(path, *db);
     attempt.memory = std::make_unique<SqliteFiscalMemory>(std::move(db), std::move(lock), std::move(state),
                                                           std::move(z), journalCount);
     return attempt;
