@@ -78,7 +78,6 @@ private slots:
         QCOMPARE(bench.LogLines(), QStringList({"NumVatRates = 4", "NumVatRates = 4"}));
         QVERIFY(bench.printer->calls.isEmpty() && bench.MacroLines().isEmpty());
         QVERIFY(!w->tmrUpdateControls()->isActive());
-        QCOMPARE(w->tmrUpdateControls()->interval(), 2000);
         QCOMPARE(bench.VisiblePanels(), QStringList{"frmSettings"});
         QVERIFY(w->App()->isVisibleTo(w) && w->StatusBar()->isVisibleTo(w) && w->Log()->isHidden());
         // Closing the window makes no device call and writes no line.
