@@ -62,7 +62,7 @@ private slots:
         toggle->click();
         QVERIFY(log->isVisible());
         QCOMPARE(log->txtOposLog->ShownLineCount(), 2); // taken in as it is shown
-        QEvent deactivate(QEvent::WindowDeactivate); // losing the focus hides it too
+        QEvent deactivate(QEvent::WindowDeactivate);    // losing the focus hides it too
         QCoreApplication::sendEvent(log, &deactivate);
         QVERIFY(!log->isVisible());
         toggle->click();
