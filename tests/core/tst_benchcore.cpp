@@ -1,6 +1,7 @@
 #include "BenchLogLines.h"
 #include "ScriptedPrinter.h"
 #include "Seams.h"
+#include "TestRow.h"
 #include "clsBenchCore.h"
 
 #include <QRegularExpression>
@@ -265,10 +266,10 @@ private slots:
         QTest::addColumn<bool>("retry");
         QTest::addColumn<int>("response");
         QTest::addColumn<QString>("text"); // of the question, and after "ErrorEvent" in the log
-        QTest::newRow("retry") << 114 << 203 << true << 11 << "(114 OposEExtended, 203 OposEfptrRecEmpty)";
-        QTest::newRow("cancel") << 114 << 201 << false << 12 << "(114 OposEExtended, 201 OposEfptrCoverOpen)";
-        QTest::newRow("no extended code") << 112 << 0 << false << 12 << "(112 OposETimeout, 0 )";
-        QTest::newRow("unknown codes") << 99 << 300 << true << 11 << "(99 Opos#undefined#, 300 )";
+        Row("retry", 114, 203, true, 11, "(114 OposEExtended, 203 OposEfptrRecEmpty)");
+        Row("cancel", 114, 201, false, 12, "(114 OposEExtended, 201 OposEfptrCoverOpen)");
+        Row("no extended code", 112, 0, false, 12, "(112 OposETimeout, 0 )");
+        Row("unknown codes", 99, 300, true, 11, "(99 Opos#undefined#, 300 )");
     }
     void errorEvent() {
         QFETCH(int, code);

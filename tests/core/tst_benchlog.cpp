@@ -1,5 +1,6 @@
 #include "BenchLogLines.h"
 #include "Seams.h"
+#include "TestRow.h"
 #include "clsBenchLog.h"
 
 #include <QDir>
@@ -48,21 +49,16 @@ private slots:
     void appendMakesOneLine_data() {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QString>("stored");
-        QTest::newRow("plain") << "ResetPrinter()     -> OposSuccess(0)"
-                               << "ResetPrinter()     -> OposSuccess(0)";
-        QTest::newRow("line feed") << "two\n"
-                                   << "two[LF]";
-        QTest::newRow("esc and line end") << QStringLiteral("PrintNormal(1, a") + Esc + "|2Cb\r\nc)"
-                                          << "PrintNormal(1, a[ESC]|2Cb[CR][LF]c)";
-        QTest::newRow("tokens typed stay") << "[ESC][CR]"
-                                           << "[ESC][CR]";
-        QTest::newRow("empty") << ""
-                               << "";
-        QTest::newRow("beyond Latin-1")
-            << QStringLiteral(u"Caffè € 1,50 😀") << QStringLiteral(u"Caffè € 1,50 😀");
+        Row("plain", "ResetPrinter()     -> OposSuccess(0)", "ResetPrinter()     -> OposSuccess(0)");
+        Row("line feed", "two\n", "two[LF]");
+        Row("esc and line end", QStringLiteral("PrintNormal(1, a") + Esc + "|2Cb\r\nc)",
+            "PrintNormal(1, a[ESC]|2Cb[CR][LF]c)");
+        Row("tokens typed stay", "[ESC][CR]", "[ESC][CR]");
+        Row("empty", "", "");
+        Row("beyond Latin-1", QStringLiteral(u"Caffè € 1,50 😀"), QStringLiteral(u"Caffè € 1,50 😀"));
         // Half a surrogate pair can't be written to the saved file; it stands as U+FFFD there and here.
-        QTest::newRow("lone surrogate")
-            << QStringLiteral("a") + QChar(0xD800) + "b" + QChar(0xDC00) << QStringLiteral(u"a�b�");
+        Row("lone surrogate", QStringLiteral("a") + QChar(0xD800) + "b" + QChar(0xDC00),
+            QStringLiteral(u"a�b�"));
     }
     void appendMakesOneLine() {
         QFETCH(QString, line);
@@ -103,10 +99,10 @@ private slots:
     void debugCopyFollowsTheCategory_data() {
         QTest::addColumn<QString>("rules");
         QTest::addColumn<QStringList>("messages");
-        QTest::newRow("default: off") << "" << QStringList();
-        QTest::newRow("switched on") << "opos.log.debug=true"
-                                     << QStringList{"opos.log|ResetPrinter()     -> OposSuccess(0)"};
-        QTest::newRow("only info on") << "opos.log.info=true" << QStringList();
+        Row("default: off", "", QStringList());
+        Row("switched on", "opos.log.debug=true",
+            QStringList{"opos.log|ResetPrinter()     -> OposSuccess(0)"});
+        Row("only info on", "opos.log.info=true", QStringList());
     }
     void debugCopyFollowsTheCategory() {
         QFETCH(QString, rules);
@@ -128,14 +124,13 @@ private slots:
     void savedForm_data() {
         QTest::addColumn<QStringList>("lines");
         QTest::addColumn<QByteArray>("saved");
-        QTest::newRow("empty: four bytes") << QStringList() << QByteArray("\"\"\r\n");
+        Row("empty: four bytes", QStringList(), QByteArray("\"\"\r\n"));
         const QString item =
             "PrintRecItem(\"Articolo test 1\", 1.00, 1, 0, 0.00, \"Kg\")     -> OposSuccess(0)";
-        QTest::newRow("quotes as they are")
-            << QStringList{item, "State = 2 (OPOS_S_IDLE)"}
-            << "\"" + item.toLatin1() + "\r\nState = 2 (OPOS_S_IDLE)\r\n\"\r\n";
-        QTest::newRow("system code page") << QStringList{QStringLiteral("Caff\u00e8 \u20ac")}
-                                          << QByteArray("\"Caff\xc3\xa8 \xe2\x82\xac\r\n\"\r\n");
+        Row("quotes as they are", QStringList{item, "State = 2 (OPOS_S_IDLE)"},
+            "\"" + item.toLatin1() + "\r\nState = 2 (OPOS_S_IDLE)\r\n\"\r\n");
+        Row("system code page", QStringList{QStringLiteral("Caff\u00e8 \u20ac")},
+            QByteArray("\"Caff\xc3\xa8 \xe2\x82\xac\r\n\"\r\n"));
         // Lines of every length up to past the size of the log's blocks, and two far longer
         // ones, so that lines fall on every side of a block's end.
         QStringList lines;
@@ -147,7 +142,7 @@ private slots:
             lines.append(line);
             saved += line.toUtf8() + "\r\n";
         }
-        QTest::newRow("lines across blocks") << lines << saved + "\"\r\n";
+        Row("lines across blocks", lines, saved + "\"\r\n");
     }
     void savedForm() {
         QFETCH(QStringList, lines);
@@ -169,8 +164,8 @@ private slots:
         QTest::addColumn<QString>("target");
         QTest::addColumn<bool>("saved");
         QTest::addColumn<QByteArray>("old");
-        QTest::newRow("replaces") << "old.log" << true << QByteArray("\"a\r\n\"\r\n");
-        QTest::newRow("no such folder") << "no/such/folder/out.log" << false << QByteArray(1000, 'x');
+        Row("replaces", "old.log", true, QByteArray("\"a\r\n\"\r\n"));
+        Row("no such folder", "no/such/folder/out.log", false, QByteArray(1000, 'x'));
     }
     void saveToFile() {
         QFETCH(QString, target);

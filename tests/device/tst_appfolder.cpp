@@ -1,3 +1,4 @@
+#include "TestRow.h"
 #include "Tools.h"
 
 #include <QDir>
@@ -24,20 +25,15 @@ private slots:
         QTest::addColumn<QStringList>("files");
         QTest::addColumn<QString>("program");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("build tree") << QStringList{"build/src/app"} << QStringList{} << "build/src/app"
-                                    << "build/src/app";
-        QTest::newRow("installed") << QStringList{"usr/bin", "usr/share/fpubench"} << QStringList{}
-                                   << "usr/bin"
-                                   << "usr/share/fpubench";
-        QTest::newRow("installed, trailing separator")
-            << QStringList{"opt/b/bin", "opt/b/share/fpubench"} << QStringList{} << "opt/b/bin/"
-            << "opt/b/share/fpubench";
-        QTest::newRow("share without the bench's folder")
-            << QStringList{"opt/x/bin", "opt/x/share"} << QStringList{} << "opt/x/bin"
-            << "opt/x/bin";
-        QTest::newRow("a file where the folder would be")
-            << QStringList{"p/bin", "p/share"} << QStringList{"p/share/fpubench"} << "p/bin"
-            << "p/bin";
+        Row("build tree", QStringList{"build/src/app"}, QStringList{}, "build/src/app", "build/src/app");
+        Row("installed", QStringList{"usr/bin", "usr/share/fpubench"}, QStringList{}, "usr/bin",
+            "usr/share/fpubench");
+        Row("installed, trailing separator", QStringList{"opt/b/bin", "opt/b/share/fpubench"}, QStringList{},
+            "opt/b/bin/", "opt/b/share/fpubench");
+        Row("share without the bench's folder", QStringList{"opt/x/bin", "opt/x/share"}, QStringList{},
+            "opt/x/bin", "opt/x/bin");
+        Row("a file where the folder would be", QStringList{"p/bin", "p/share"},
+            QStringList{"p/share/fpubench"}, "p/bin", "p/bin");
     }
     void installedDataFolder() {
         QFETCH(QStringList, folders);

@@ -1,6 +1,7 @@
 #include "DeviceDoubles.h"
 #include "EscStrings.h"
 #include "Seams.h"
+#include "TestRow.h"
 #include "Tools.h"
 
 #include <QTest>
@@ -174,11 +175,11 @@ private slots:
     void leadingInteger_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("expected");
-        QTest::newRow("tie to even down") << "2.5" << 2;
-        QTest::newRow("tie to even up") << "3.5" << 4;
-        QTest::newRow("smallest") << "-2147483648" << int(std::numeric_limits<int32_t>::min());
-        QTest::newRow("above largest") << "2147483648" << 0;
-        QTest::newRow("below smallest") << "-2147483649" << 0;
+        Row("tie to even down", "2.5", 2);
+        Row("tie to even up", "3.5", 4);
+        Row("smallest", "-2147483648", int(std::numeric_limits<int32_t>::min()));
+        Row("above largest", "2147483648", 0);
+        Row("below smallest", "-2147483649", 0);
     }
     void leadingInteger() {
         QFETCH(QString, text);

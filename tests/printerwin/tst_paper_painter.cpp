@@ -3,6 +3,7 @@
 // printer is given that it cannot print.
 #include "BarcodeSymbol.h"
 #include "PaperPainter.h"
+#include "TestRow.h"
 
 #include <QPainter>
 #include <QtTest>
@@ -59,28 +60,14 @@ Ink Measure(const QImage& img) {
     return ink;
 }
 
-// Mean x of the ink in the rows [from, to).
-double MeanX(const QImage& img, int from, int to) {
+// Mean x (or y) of the ink in the rows [from, to).
+double Mean(const QImage& img, bool x, int from = 0, int to = -1) {
     double sum = 0;
     int n = 0;
-    for (int y = from; y < to; ++y)
-        for (int x = 0; x < img.width(); ++x)
-            if (Dark(img.pixel(x, y))) {
-                sum += x;
-                ++n;
-            }
-    return n ? sum / n : -1;
-}
-
-double MeanY(const QImage& img) {
-    double sum = 0;
-    int n = 0;
-    for (int y = 0; y < img.height(); ++y)
-        for (int x = 0; x < img.width(); ++x)
-            if (Dark(img.pixel(x, y))) {
-                sum += y;
-                ++n;
-            }
+    for (int row = from; row < (to < 0 ? img.height() : to); ++row)
+        for (int col = 0; col < img.width(); ++col)
+            if (Dark(img.pixel(col, row)))
+                sum += x ? col : row, ++n;
     return n ? sum / n : -1;
 }
 
@@ -160,54 +147,22 @@ private slots:
         QTest::addColumn<QString>("sequences");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("property");
-        QTest::newRow("double width") << "|2C"
-                                      << "HELLO"
-                                      << "twice as wide";
-        QTest::newRow("double height") << "|3C"
-                                       << "HELLO"
-                                       << "twice as tall";
-        QTest::newRow("double width and height") << "|4C"
-                                                 << "HELLO"
-                                                 << "twice as wide and tall";
-        QTest::newRow("half height") << "|5C"
-                                     << "HELLO"
-                                     << "half as tall";
-        QTest::newRow("bold") << "|bC"
-                              << "HELLO"
-                              << "more ink, same width";
-        QTest::newRow("underline") << "|uC"
-                                   << "HELLO"
-                                   << "a line below the letters";
-        QTest::newRow("italic") << "|iC"
-                                << "IIIII"
-                                << "leans to the right";
-        QTest::newRow("reverse") << "|rvC"
-                                 << "HELLO"
-                                 << "dark behind light letters";
-        QTest::newRow("boxed") << "|6C"
-                               << "HELLO"
-                               << "a frame around";
-        QTest::newRow("centred") << "|cA"
-                                 << "HELLO"
-                                 << "ink centred on the paper";
-        QTest::newRow("right") << "|rA"
-                               << "HELLO"
-                               << "ink at the right edge";
-        QTest::newRow("font B") << "|2fT"
-                                << "HELLO"
-                                << "three quarters as wide";
-        QTest::newRow("rotated left") << "|lR"
-                                      << "-----"
-                                      << "strokes stand up";
-        QTest::newRow("rotated right") << "|rR"
-                                       << "-----"
-                                       << "strokes stand up";
-        QTest::newRow("upside down") << "|uR"
-                                     << "_____"
-                                     << "ink at the top";
-        QTest::newRow("blink") << "|K"
-                               << "HELLO"
-                               << "a mark in the margin";
+        Row("double width", "|2C", "HELLO", "twice as wide");
+        Row("double height", "|3C", "HELLO", "twice as tall");
+        Row("double width and height", "|4C", "HELLO", "twice as wide and tall");
+        Row("half height", "|5C", "HELLO", "half as tall");
+        Row("bold", "|bC", "HELLO", "more ink, same width");
+        Row("underline", "|uC", "HELLO", "a line below the letters");
+        Row("italic", "|iC", "IIIII", "leans to the right");
+        Row("reverse", "|rvC", "HELLO", "dark behind light letters");
+        Row("boxed", "|6C", "HELLO", "a frame around");
+        Row("centred", "|cA", "HELLO", "ink centred on the paper");
+        Row("right", "|rA", "HELLO", "ink at the right edge");
+        Row("font B", "|2fT", "HELLO", "three quarters as wide");
+        Row("rotated left", "|lR", "-----", "strokes stand up");
+        Row("rotated right", "|rR", "-----", "strokes stand up");
+        Row("upside down", "|uR", "_____", "ink at the top");
+        Row("blink", "|K", "HELLO", "a mark in the margin");
     }
     void attributes() {
         QFETCH(QString, sequences);
@@ -242,8 +197,8 @@ private slots:
             QVERIFY(dark >= 0.9 * plain.box.width());
         } else if (property == "leans to the right") {
             const int t = plain.box.top(), b = plain.box.bottom(), q = (b - t) / 4;
-            const double plainLean = MeanX(plainImage, t, t + q) - MeanX(plainImage, b - q, b + 1);
-            const double lean = MeanX(styledImage, t, t + q) - MeanX(styledImage, b - q, b + 1);
+            const double plainLean = Mean(plainImage, true, t, t + q) - Mean(plainImage, true, b - q, b + 1);
+            const double lean = Mean(styledImage, true, t, t + q) - Mean(styledImage, true, b - q, b + 1);
             QVERIFY2(std::abs(plainLean) < 0.5 && lean > 1.0, qPrintable(QString::number(lean)));
         } else if (property == "dark behind light letters") {
             QVERIFY(styled.darkInBox > 2 * styled.lightInBox);
@@ -269,8 +224,8 @@ private slots:
             QVERIFY(plain.box.width() > 4 * plain.box.height());
             QVERIFY(styled.box.height() > 2 * plain.box.height());
         } else if (property == "ink at the top") {
-            QVERIFY(MeanY(plainImage) > plainImage.height() / 2.0);
-            QVERIFY(MeanY(styledImage) < styledImage.height() / 2.0);
+            QVERIFY(Mean(plainImage, false) > plainImage.height() / 2.0);
+            QVERIFY(Mean(styledImage, false) < styledImage.height() / 2.0);
         } else if (property == "a mark in the margin") {
             QVERIFY(plain.box.left() >= left - 1);
             QVERIFY(styled.box.left() < left - 1);
@@ -300,10 +255,10 @@ private slots:
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("data");
         QTest::addColumn<QString>("modules"); // "" for Code 39, read by element widths
-        QTest::newRow("EAN-13, check digit given") << 1 << "4006381333931" << Ean13Modules("4006381333931");
-        QTest::newRow("EAN-13, check digit added") << 1 << "400638133393" << Ean13Modules("4006381333931");
-        QTest::newRow("UPC-A") << 2 << "03600029145" << Ean13Modules("0036000291452");
-        QTest::newRow("CODE39") << 4 << "CODE-39" << QString();
+        Row("EAN-13, check digit given", 1, "4006381333931", Ean13Modules("4006381333931"));
+        Row("EAN-13, check digit added", 1, "400638133393", Ean13Modules("4006381333931"));
+        Row("UPC-A", 2, "03600029145", Ean13Modules("0036000291452"));
+        Row("CODE39", 4, "CODE-39", QString());
     }
     void barcodes() {
         QFETCH(int, type);
@@ -351,13 +306,10 @@ private slots:
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("data");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("unknown type") << 9 << "123"
-                                      << "unknown barcode type 9";
-        QTest::newRow("EAN with a wrong check digit") << 1 << "4006381333932"
-                                                      << "check digit";
-        QTest::newRow("CODE39 longer than zint takes") << 4 << QString(200, u'A') << "too long";
-        QTest::newRow("no data") << 4 << ""
-                                 << "no data";
+        Row("unknown type", 9, "123", "unknown barcode type 9");
+        Row("EAN with a wrong check digit", 1, "4006381333932", "check digit");
+        Row("CODE39 longer than zint takes", 4, QString(200, u'A'), "too long");
+        Row("no data", 4, "", "no data");
     }
     void placeholders() {
         QFETCH(int, type);

@@ -1,12 +1,16 @@
 // The printer window on the bench: opened from the main window, following the simulator live,
-// its faults reaching the device through the simulator's rules and back to the main window.
+// its faults reaching the device through the simulator's rules and back to the main window; its
+// new fiscal memory, whose files live under the test's own XDG_DATA_HOME.
 #include "BarcodeSymbol.h"
+#include "FiscalMemoryFile.h"
 #include "MDITestFPOPOS.h"
 #include "PaperView.h"
 #include "PrinterBench.h"
 #include "PrinterPanels.h"
 #include "ScriptedPrinter.h"
 #include "Seams.h"
+#include "SqliteFiscalMemory.h"
+#include "TestRow.h"
 #include "clsBenchCore.h"
 #include "clsFprtWrapper.h"
 #include "frmAutoTests.h"
@@ -22,7 +26,6 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
@@ -33,26 +36,35 @@ using sim::PaperLevel;
 
 namespace {
 
-// The main window over a simulated printer, opened, claimed and enabled, with the printer window
-// open; message boxes are recorded.
+using Steps = std::function<void(SimulatedFiscalPrinter&)>;
+const QString kModel = QStringLiteral("ZorvaneFPU");
+
+// The main window over a simulated printer (its memory in the process, or the bench's own file),
+// with the printer window open, then the device opened, claimed and enabled: the file comes with
+// Open, and the new memory button with it. Message boxes are recorded; Yes / No ones get `answer`.
 struct Bench {
     QStringList boxes;
+    QList<MsgButtons> buttons;
+    MsgResult answer = MsgResult::Ok;
     SimulatedFiscalPrinter* printer = nullptr;
     std::unique_ptr<MDITestFPOPOS> window;
     frmPrinter* pw = nullptr;
 
-    Bench() {
+    explicit Bench(bool inFile = false) {
         auto device = std::make_unique<SimulatedFiscalPrinter>();
         printer = device.get();
+        if (inFile)
+            printer->SetFiscalMemoryFactory(sim::PersistentFiscalMemories({}));
         window = std::make_unique<MDITestFPOPOS>(std::move(device));
         // After the window, which installs the real dialogs.
-        SetMessageBoxHandler([this](const QString& text, MsgButtons, const QString&) {
+        SetMessageBoxHandler([this](const QString& text, MsgButtons kind, const QString&) {
             boxes << text;
-            return MsgResult::Ok;
+            buttons << kind;
+            return kind == MsgButtons::YesNo ? answer : MsgResult::Ok;
         });
-        window->Core().OpenClaimEnable(QStringLiteral("ZorvaneFPU"));
         window->cmdPrinterWindow()->click();
         pw = window->PrinterWindow();
+        window->Core().OpenClaimEnable(kModel);
         Settle();
     }
     ~Bench() {
@@ -60,7 +72,7 @@ struct Bench {
         SetMessageBoxHandler({});
     }
     // The views lay out on the event loop, a frame at most after new paper.
-    static void Settle() { QTest::qWait(PaperView::kFrameMs + 20); }
+    static void Settle() { QTest::qWait(PaperView::kFrameMs + 60); }
     int32_t Sale() {
         const int32_t rc = pw::Sale(*printer, {QStringLiteral("Pane")});
         Settle();
@@ -75,18 +87,29 @@ void SelectData(QComboBox* cb, int value) {
     cb->setCurrentIndex(cb->findData(value));
 }
 
+QStringList OldFiles() {
+    return QDir(sim::FiscalMemoryFolder()).entryList({kModel + QStringLiteral(".sqlite.old-*")});
+}
+
+void TwoItemSale(SimulatedFiscalPrinter& p) {
+    QCOMPARE(pw::Sale(p, {QStringLiteral("Pane"), QStringLiteral("Latte")}), 0);
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Steps)
+Q_DECLARE_METATYPE(MsgResult)
 
 class tst_PrinterWindow : public QObject {
     Q_OBJECT
 
 private slots:
     void initTestCase() {
-        QStandardPaths::setTestModeEnabled(true);
         QCoreApplication::setOrganizationName(QStringLiteral("fpubench-tests"));
         QCoreApplication::setApplicationName(QStringLiteral("tst_printer_window"));
         QSettings().clear();
     }
+    void init() { QDir(sim::FiscalMemoryFolder()).removeRecursively(); }
 
     void opensFromTheStatusBar() {
         Bench b;
@@ -111,6 +134,9 @@ private slots:
         QVERIFY(pw->lblDevice->text().contains(QStringLiteral("not the simulated printer")));
         QCOMPARE(pw->viewReceipt->ShownCount(), 0);
         QVERIFY(!pw->panFaults->isEnabled() && !pw->panStatus->isEnabled());
+        QVERIFY(!pw->cmdNewFiscalMemory->isEnabled());
+        QVERIFY2(pw->cmdNewFiscalMemory->toolTip().contains("not the simulated printer"),
+                 qPrintable(pw->cmdNewFiscalMemory->toolTip()));
         SetMessageBoxHandler({});
     }
 
@@ -168,8 +194,7 @@ private slots:
         QVERIFY(roll.TornOff() > 0);
         QCOMPARE(texts(), selected);
         QCOMPARE(view.FirstShown() + view.ShownCount(), roll.Count());
-        QCOMPARE(roll.Lines()[view.FirstShown()].text,
-                 QString::number(roll.TornOff() + view.FirstShown()));
+        QCOMPARE(roll.Lines()[view.FirstShown()].text, QString::number(roll.TornOff() + view.FirstShown()));
         QVERIFY(view.FollowsEnd());
     }
 
@@ -229,15 +254,12 @@ private slots:
     void faultsFromTheWindow_data() {
         QTest::addColumn<QString>("fault");
         QTest::addColumn<QString>("mainLamp"); // the main window's lamp that turns red, if any
-        QTest::newRow("cover open") << "cover"
-                                    << "shpCoverOpen";
-        QTest::newRow("receipt paper empty") << "receipt empty"
-                                             << "shpPaperOut";
-        QTest::newRow("receipt paper near end") << "receipt near end"
-                                                << "shpPaperNearEmpty";
-        QTest::newRow("journal paper empty") << "journal empty" << QString();
-        QTest::newRow("offline") << "offline" << QString();
-        QTest::newRow("power off") << "power off" << QString();
+        Row("cover open", "cover", "shpCoverOpen");
+        Row("receipt paper empty", "receipt empty", "shpPaperOut");
+        Row("receipt paper near end", "receipt near end", "shpPaperNearEmpty");
+        Row("journal paper empty", "journal empty", QString());
+        Row("offline", "offline", QString());
+        Row("power off", "power off", QString());
     }
     void faultsFromTheWindow() {
         QFETCH(QString, fault);
@@ -369,8 +391,8 @@ private slots:
     // A folder that cannot be written: a clear message, and nothing left behind.
     void exportToAnUnwritableFolder_data() {
         QTest::addColumn<bool>("pdf");
-        QTest::newRow("roll as PDF") << true;
-        QTest::newRow("receipt as PNG") << false;
+        Row("roll as PDF", true);
+        Row("receipt as PNG", false);
     }
     void exportToAnUnwritableFolder() {
         QFETCH(bool, pdf);
@@ -445,6 +467,106 @@ private slots:
         QCOMPARE(again.pw->size(), QSize(1500, 700));
         QVERIFY(QSettings().contains(frmPrinter::SettingsPrefix + QStringLiteral("showJournal")));
         again.pw->chkShowJournal->setChecked(true);
+    }
+    void newFiscalMemory_data() {
+        QTest::addColumn<Steps>("steps");
+        QTest::addColumn<MsgResult>("answer");
+        QTest::addColumn<bool>("asked");
+        QTest::addColumn<bool>("moved");
+        QTest::addColumn<QString>("told");
+        const Steps aDay = [](SimulatedFiscalPrinter& p) {
+            TwoItemSale(p);
+            QCOMPARE(p.PrintZReport(), 0);
+            TwoItemSale(p);
+        };
+        const Steps receipt = [](SimulatedFiscalPrinter& p) {
+            TwoItemSale(p);
+            bool header = true;
+            QCOMPARE(p.BeginFiscalReceipt(header), 0);
+        };
+        const Steps queued = [](SimulatedFiscalPrinter& p) {
+            p.SetPrintTimePerLineMs(5000);
+            p.SetAsyncMode(true);
+            QCOMPARE(pw::NonFiscal(p, {QStringLiteral("slow")}), 0);
+            QCOMPARE(p.PrinterState(), OposAll::FPTR_PS_MONITOR);
+        };
+        const Steps nonFiscal = [](SimulatedFiscalPrinter& p) { QCOMPARE(p.BeginNonFiscal(), 0); };
+        Row("answered No", aDay, MsgResult::No, true, false, QString());
+        Row("answered Yes", aDay, MsgResult::Yes, true, true, QStringLiteral("moved aside"));
+        Row("receipt open", receipt, MsgResult::Yes, false, false, QStringLiteral("document open"));
+        Row("non-fiscal open", nonFiscal, MsgResult::Yes, false, false, QStringLiteral("document open"));
+        Row("output queued", queued, MsgResult::Yes, false, false, QStringLiteral("output queued"));
+    }
+    void newFiscalMemory() {
+        QFETCH(Steps, steps);
+        QFETCH(MsgResult, answer);
+        QFETCH(bool, asked);
+        QFETCH(bool, moved);
+        QFETCH(QString, told);
+        const QString path = sim::FiscalMemoryPath(kModel);
+        Bench b(true);
+        b.answer = answer;
+        QVERIFY2(b.boxes.isEmpty(), qPrintable(b.boxes.join(u'\n')));
+        steps(*b.printer);
+        Bench::Settle();
+        const sim::IFiscalMemory* memory = &b.printer->Memory();
+        const sim::Counters counters = memory->GrandCounters();
+        const QString zCount = b.pw->panFiscalMemory->lblZCount->text();
+        QVERIFY(b.pw->cmdNewFiscalMemory->isEnabled());
+
+        b.pw->cmdNewFiscalMemory->click();
+        Bench::Settle();
+
+        QCOMPARE(b.buttons.contains(MsgButtons::YesNo), asked);
+        if (asked) {
+            const QString question = b.boxes[b.buttons.indexOf(MsgButtons::YesNo)];
+            QVERIFY2(question.contains(kModel) && question.contains(path) &&
+                         question.contains(QStringLiteral(".old-")),
+                     qPrintable(question));
+        }
+        QCOMPARE(b.boxes.size(), int(asked) + int(!told.isEmpty()));
+        if (!told.isEmpty())
+            QVERIFY2(b.boxes.last().contains(told), qPrintable(b.boxes.last()));
+        const QStringList old = OldFiles();
+        QCOMPARE(old.size(), int(moved));
+        const auto* file = dynamic_cast<const sim::SqliteFiscalMemory*>(&b.printer->Memory());
+        QVERIFY(file && file->FilePath() == path);
+        if (!moved) {
+            QCOMPARE(&b.printer->Memory(), memory);
+            QCOMPARE(b.printer->Memory().GrandCounters(), counters);
+            QCOMPARE(b.pw->panFiscalMemory->lblZCount->text(), zCount);
+            return;
+        }
+        // The content of the old file and the lock of the new one are the simulator suite's.
+        QVERIFY2(b.boxes.last().contains(QDir(sim::FiscalMemoryFolder()).filePath(old[0])),
+                 qPrintable(b.boxes.last()));
+        QCOMPARE(b.printer->Memory().GrandCounters(), sim::Counters{});
+        QCOMPARE(b.pw->panFiscalMemory->lblZCount->text(), QStringLiteral("0"));
+        QCOMPARE(b.pw->panFiscalMemory->lblDocuments->text(), QStringLiteral("0"));
+        QVERIFY2(b.pw->panFiscalMemory->lblReceiptNumber->text().startsWith(QStringLiteral("1 of day 1")),
+                 qPrintable(b.pw->panFiscalMemory->lblReceiptNumber->text()));
+    }
+
+    // The button stands only over a memory in a file; otherwise its tooltip says why.
+    void offeredOnlyForAFile_data() {
+        QTest::addColumn<int>("setup");
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<QString>("tip");
+        Row("the bench's file", 0, true, "asked first");
+        Row("a memory in the process", 1, false, "not in a file");
+        Row("the file held by another bench", 2, false, "not in a file");
+    }
+    void offeredOnlyForAFile() {
+        QFETCH(int, setup);
+        sim::FiscalMemoryOpening holder;
+        if (setup == 2)
+            holder = sim::OpenFiscalMemoryFile(sim::FiscalMemoryPath(kModel), *sim::FindModel(kModel));
+        Bench bench(setup != 1);
+        QCOMPARE(bench.boxes.size(), setup == 2 ? 1 : 0); // the second bench is told at Open
+        QTEST(bench.pw->cmdNewFiscalMemory->isEnabled(), "enabled");
+        QFETCH(QString, tip);
+        QVERIFY2(bench.pw->cmdNewFiscalMemory->toolTip().contains(tip),
+                 qPrintable(bench.pw->cmdNewFiscalMemory->toolTip()));
     }
 };
 

