@@ -72,7 +72,11 @@ struct Bench {
         SetMessageBoxHandler({});
     }
     // The views lay out on the event loop, a frame at most after new paper.
-    static void Settle() { QTest::qWait(PaperView::kFrameMs + 60); }
+    // What the printer did reaches the window on its next update and the views' next layout.
+    void Settle() const {
+        QTest::qWait(1);
+        QVERIFY(QTest::qWaitFor([this] { return !pw->UpdatesPending(); }));
+    }
     int32_t Sale() {
         const int32_t rc = pw::Sale(*printer, {QStringLiteral("Pane")});
         Settle();
@@ -204,13 +208,13 @@ private slots:
         b.printer->SetAsyncMode(true);
         QCOMPARE(b.printer->BeginNonFiscal(), 0); // its heading is queued too
         QTRY_COMPARE(b.printer->PendingJobs(), 0);
-        Bench::Settle();
+        b.Settle();
         const qsizetype before = b.pw->viewReceipt->ShownCount();
         int32_t station = FPTR_S_RECEIPT;
         QString text = QStringLiteral("queued line");
         QCOMPARE(b.printer->PrintNormal(station, text), 0);
         QCOMPARE(b.printer->PendingJobs(), 1);
-        Bench::Settle();
+        b.Settle();
         QCOMPARE(b.pw->viewReceipt->ShownCount(), b.printer->ReceiptRoll().Count());
         QTRY_COMPARE(b.printer->PendingJobs(), 0);
         QTRY_COMPARE(b.pw->viewReceipt->ShownCount(), before + 1);
@@ -340,7 +344,7 @@ private slots:
         QVERIFY(tests);
         const qsizetype start = b.printer->ReceiptRoll().Count();
         tests->cmdFullNonFiscalTicket->click();
-        Bench::Settle();
+        b.Settle();
         PaperView* view = b.pw->viewReceipt;
         QCOMPARE(view->FirstShown() + view->ShownCount(), b.printer->ReceiptRoll().Count());
         int barcodes = 0, bitmaps = 0;
@@ -433,7 +437,7 @@ private slots:
         slot[0] = 2;
         QCOMPARE(DirectIO(*b.printer, 1100, slot, huge), OPOS_E_ILLEGAL);
         QCOMPARE(NonFiscal(*b.printer, {Seq("|2B")}), 0);
-        Bench::Settle();
+        b.Settle();
         PaperView* view = b.pw->viewReceipt;
         QVERIFY(!view->grab().isNull());
         QVERIFY(b.pw->SelectedDocumentText().isEmpty());
@@ -442,7 +446,7 @@ private slots:
 
         QCOMPARE(DirectIO(*b.printer, 1100, slot, write("tall.bmp", 50000)), 0);
         QCOMPARE(NonFiscal(*b.printer, {Seq("|2B")}), 0);
-        Bench::Settle();
+        b.Settle();
         view->resize(500, 600);
         view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum() / 2);
         QVERIFY(!view->grab().isNull()); // a slice of the bitmap in sight
@@ -508,14 +512,14 @@ private slots:
         b.answer = answer;
         QVERIFY2(b.boxes.isEmpty(), qPrintable(b.boxes.join(u'\n')));
         steps(*b.printer);
-        Bench::Settle();
+        b.Settle();
         const sim::IFiscalMemory* memory = &b.printer->Memory();
         const sim::Counters counters = memory->GrandCounters();
         const QString zCount = b.pw->panFiscalMemory->lblZCount->text();
         QVERIFY(b.pw->cmdNewFiscalMemory->isEnabled());
 
         b.pw->cmdNewFiscalMemory->click();
-        Bench::Settle();
+        b.Settle();
 
         QCOMPARE(b.buttons.contains(MsgButtons::YesNo), asked);
         if (asked) {

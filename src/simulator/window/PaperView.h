@@ -49,6 +49,8 @@ public:
     // The bitmap an element printed, as it was in printer memory when it printed.
     QImage BitmapOf(qsizetype index) const;
     bool FollowsEnd() const { return m_follow; }
+    // New paper waits for the next frame's layout.
+    bool LayoutPending() const { return m_relayout.isActive(); }
 
     // The element at a height of the viewport; -1 when none.
     qsizetype IndexAt(int viewportY) const;

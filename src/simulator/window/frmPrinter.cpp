@@ -261,6 +261,10 @@ void frmPrinter::ShowSession() {
                                             : QStringLiteral("Printer: %1").arg(p.DeviceName()));
 }
 
+bool frmPrinter::UpdatesPending() const {
+    return m_pendingTimer.isActive() || viewReceipt->LayoutPending() || viewJournal->LayoutPending();
+}
+
 void frmPrinter::Later(unsigned what) {
     m_pending |= what;
     if (!m_pendingTimer.isActive())

@@ -26,6 +26,8 @@ public:
     // The bench's device when it is the simulator, else nullptr.
     void SetPrinter(SimulatedFiscalPrinter* printer);
     SimulatedFiscalPrinter* Printer() const { return m_printer; }
+    // Whether what the printer did still waits for the window's next update or a view's layout.
+    bool UpdatesPending() const;
 
     // What the buttons do, without a picker. Failures go to a message box.
     QString SelectedDocumentText() const;
