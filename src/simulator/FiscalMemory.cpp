@@ -7,21 +7,11 @@ namespace sim {
 
 namespace {
 
-class InMemoryFiscalMemory : public IFiscalMemory {
+class InMemoryFiscalMemory : public FiscalStateMemory {
 public:
-    InMemoryFiscalMemory(const ModelSwitches& model, int capacity) : m_s(model, capacity) {}
+    InMemoryFiscalMemory(const ModelSwitches& model, int capacity)
+        : FiscalStateMemory(FiscalState(model, capacity), {}) {}
 
-    const Totals& DayTotals() const override { return m_s.day; }
-    const Totals& GrandTotals() const override { return m_s.grand; }
-    const Counters& DayCounters() const override { return m_s.dayCounters; }
-    const Counters& GrandCounters() const override { return m_s.grandCounters; }
-    const Tenders& DayTenders() const override { return m_s.tenders; }
-    Amount DayVoided() const override { return m_s.dayVoided; }
-    bool DayOpened() const override { return m_s.dayOpened; }
-    QDateTime DayOpenedAt() const override { return m_s.dayOpenedAt; }
-    QDateTime LastFiscalDocument() const override { return m_s.lastFiscal; }
-    const QList<ZRecord>& ZRecords() const override { return m_z; }
-    int Remaining() const override { return m_s.remaining; }
     int JournalCount() const override { return static_cast<int>(m_journal.size()); }
     QList<JournalDocument> JournalDocuments(const JournalFilter& filter) const override {
         QList<JournalDocument> out;
@@ -30,13 +20,6 @@ public:
                 out.append(d);
         return out;
     }
-    const QList<int32_t>& VatRates() const override { return m_s.vatRates; }
-    const QList<HeaderLine>& HeaderLines() const override { return m_s.header; }
-    const QList<HeaderLine>& TrailerLines() const override { return m_s.trailer; }
-    const QMap<int, int>& DepartmentLinks() const override { return m_s.departments; }
-    int HeaderChanges() const override { return m_s.headerChanges; }
-    int VatChanges() const override { return m_s.vatChanges; }
-    std::optional<OpenDocument> UnfinishedDocument() const override { return m_s.unfinished; }
 
     void CommitDocumentBegun(const OpenDocument& document) override { m_s.unfinished = document; }
     void CommitReceipt(const ReceiptRecord& r) override { m_journal.append(m_s.Receipt(r)); }
@@ -61,8 +44,6 @@ public:
     void SetRemaining(int records) override { m_s.remaining = records; }
 
 private:
-    FiscalState m_s;
-    QList<ZRecord> m_z;
     QList<JournalDocument> m_journal;
 };
 

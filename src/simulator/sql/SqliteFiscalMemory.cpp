@@ -10,7 +10,7 @@ namespace sim {
 
 SqliteFiscalMemory::SqliteFiscalMemory(std::unique_ptr<SqlConnection> db, std::unique_ptr<QLockFile> lock,
                                        FiscalState state, QList<ZRecord> z, int journalCount)
-    : m_db(std::move(db)), m_lock(std::move(lock)), m_s(std::move(state)), m_z(std::move(z)),
+    : FiscalStateMemory(std::move(state), std::move(z)), m_db(std::move(db)), m_lock(std::move(lock)),
       m_journalCount(journalCount) {}
 
 SqliteFiscalMemory::~SqliteFiscalMemory() {

@@ -14,7 +14,7 @@ namespace sim {
 // the file; every commit is one transaction, so that a kill at any moment leaves the file as it
 // was after the last whole document. When a write fails the memory says so once, goes on in the
 // process only, and leaves the file as it was.
-class SqliteFiscalMemory final : public IFiscalMemory {
+class SqliteFiscalMemory final : public FiscalStateMemory {
 public:
     // `db` open on a checked file at the current schema, `lock` held; `state` and `z` as loaded.
     SqliteFiscalMemory(std::unique_ptr<SqlConnection> db, std::unique_ptr<QLockFile> lock, FiscalState state,
@@ -31,26 +31,8 @@ public:
     // when the process is killed there.
     void DropConnectionAtNextCommit() { m_dropAtNextCommit = true; }
 
-    const Totals& DayTotals() const override { return m_s.day; }
-    const Totals& GrandTotals() const override { return m_s.grand; }
-    const Counters& DayCounters() const override { return m_s.dayCounters; }
-    const Counters& GrandCounters() const override { return m_s.grandCounters; }
-    const Tenders& DayTenders() const override { return m_s.tenders; }
-    Amount DayVoided() const override { return m_s.dayVoided; }
-    bool DayOpened() const override { return m_s.dayOpened; }
-    QDateTime DayOpenedAt() const override { return m_s.dayOpenedAt; }
-    QDateTime LastFiscalDocument() const override { return m_s.lastFiscal; }
-    const QList<ZRecord>& ZRecords() const override { return m_z; }
-    int Remaining() const override { return m_s.remaining; }
     int JournalCount() const override { return m_journalCount; }
     QList<JournalDocument> JournalDocuments(const JournalFilter& filter) const override;
-    const QList<int32_t>& VatRates() const override { return m_s.vatRates; }
-    const QList<HeaderLine>& HeaderLines() const override { return m_s.header; }
-    const QList<HeaderLine>& TrailerLines() const override { return m_s.trailer; }
-    const QMap<int, int>& DepartmentLinks() const override { return m_s.departments; }
-    int HeaderChanges() const override { return m_s.headerChanges; }
-    int VatChanges() const override { return m_s.vatChanges; }
-    std::optional<OpenDocument> UnfinishedDocument() const override { return m_s.unfinished; }
 
     void CommitDocumentBegun(const OpenDocument& document) override;
     void CommitReceipt(const ReceiptRecord& receipt) override;
@@ -74,8 +56,6 @@ private:
 
     std::unique_ptr<SqlConnection> m_db;
     std::unique_ptr<QLockFile> m_lock;
-    FiscalState m_s;
-    QList<ZRecord> m_z;
     int m_journalCount = 0;
     QList<JournalDocument> m_unwritten; // documents that came after a failed write
     bool m_detached = false;
