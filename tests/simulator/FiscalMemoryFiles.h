@@ -9,11 +9,28 @@
 #include <QFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QTemporaryDir>
 #include <QtTest>
 
 namespace fm {
 
 using namespace sim;
+
+// The test's own folder: new file names in it, and the bench's data folder inside it, whoever runs
+// the test.
+class Folder {
+public:
+    bool Ready() {
+        qputenv("XDG_DATA_HOME", m_dir.filePath(QStringLiteral("data")).toLocal8Bit());
+        return m_dir.isValid();
+    }
+    QString NewPath() { return m_dir.filePath(QStringLiteral("m%1.sqlite").arg(++m_files)); }
+    QString Path() const { return m_dir.path(); }
+
+private:
+    QTemporaryDir m_dir;
+    int m_files = 0;
+};
 using Commits = std::function<void(IFiscalMemory&)>;
 
 inline const ModelSwitches& Zorvane() {

@@ -17,16 +17,11 @@ Q_DECLARE_METATYPE(Prepare)
 // bench per file, the new memory started on purpose.
 class TestFiscalMemoryFile : public QObject {
     Q_OBJECT
-    QTemporaryDir m_dir;
-    int m_files = 0;
-    QString NewPath() { return m_dir.filePath(QStringLiteral("m%1.sqlite").arg(++m_files)); }
+    Folder m_folder;
+    QString NewPath() { return m_folder.NewPath(); }
 
 private slots:
-    void initTestCase() {
-        QVERIFY(m_dir.isValid());
-        // The bench's own folder lands in the test's folder, whoever runs it.
-        qputenv("XDG_DATA_HOME", m_dir.filePath(QStringLiteral("data")).toLocal8Bit());
-    }
+    void initTestCase() { QVERIFY(m_folder.Ready()); }
 
     // Files that are not this model's fiscal memory, or not one this bench reads: refused, and
     // left exactly as they were.
@@ -61,14 +56,14 @@ private slots:
         const QString path = NewPath();
         prepare(path);
         const QByteArray bytes = Bytes(path);
-        const QStringList around = QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        const QStringList around = QDir(m_folder.Path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         FiscalMemoryOpening opening = OpenFiscalMemoryFile(path, Zorvane());
         QCOMPARE(opening.outcome, Outcome::Refused);
         QVERIFY(!opening.memory);
         QVERIFY2(opening.message.contains(says) && opening.message.contains(path),
                  qPrintable(opening.message));
         QCOMPARE(Bytes(path), bytes);
-        QCOMPARE(QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), around);
+        QCOMPARE(QDir(m_folder.Path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), around);
     }
 
     // A damaged fiscal memory is moved aside whole, and a new one starts in its place.

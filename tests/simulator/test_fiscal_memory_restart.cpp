@@ -27,16 +27,11 @@ static QStringList OldFiles(const QString& path) {
 // printer makes of it.
 class TestFiscalMemoryRestart : public QObject {
     Q_OBJECT
-    QTemporaryDir m_dir;
-    int m_files = 0;
-    QString NewPath() { return m_dir.filePath(QStringLiteral("m%1.sqlite").arg(++m_files)); }
+    Folder m_folder;
+    QString NewPath() { return m_folder.NewPath(); }
 
 private slots:
-    void initTestCase() {
-        QVERIFY(m_dir.isValid());
-        // The bench's own folder lands in the test's folder, whoever runs it.
-        qputenv("XDG_DATA_HOME", m_dir.filePath(QStringLiteral("data")).toLocal8Bit());
-    }
+    void initTestCase() { QVERIFY(m_folder.Ready()); }
 
     // The process dies inside a commit: its transaction never reaches the file, and the file reads back
     // as it was before.
