@@ -3,6 +3,7 @@
 // Prints tickets/s, lines/s and the resident memory after 100 and after 1,000 tickets, then
 // times fpubench-run on a macro of the same tickets for comparison.
 // Usage: bench_autotests [PATH_TO_FPUBENCH_RUN]
+#include "BenchSupport.h"
 #include "MDITestFPOPOS.h"
 #include "SimulatedFiscalPrinter.h"
 #include "clsBenchCore.h"
@@ -32,16 +33,6 @@ constexpr int FirstTickets = 100;
 constexpr int AllTickets = 1000;
 // The macro store holds 10001 lines: as many whole tickets as fit.
 constexpr int RunnerTickets = 10001 / (Lines + 4);
-
-long ResidentKiB() {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n'))
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    return -1;
-}
 
 // Runs `tickets` tickets from one press and waits until the last repetition has ended.
 double RunTickets(frmAutoTests& panel, int tickets) {
@@ -82,13 +73,13 @@ int main(int argc, char** argv) {
     panel->txtNumberOfLines->setText(QString::number(Lines));
     QApplication::processEvents();
 
-    const long before = ResidentKiB();
+    const long before = bench::StatusKiB();
     const double first = RunTickets(*panel, FirstTickets);
-    const long afterFirst = ResidentKiB();
+    const long afterFirst = bench::StatusKiB();
     const qsizetype logFirst = window.Core().Log().LineCount();
     const qsizetype paperFirst = printer->ReceiptRoll().Count() + printer->JournalRoll().Count();
     const double rest = RunTickets(*panel, AllTickets - FirstTickets);
-    const long afterAll = ResidentKiB();
+    const long afterAll = bench::StatusKiB();
     const qsizetype logAll = window.Core().Log().LineCount();
     const qsizetype paperAll = printer->ReceiptRoll().Count() + printer->JournalRoll().Count();
 
@@ -96,7 +87,7 @@ int main(int argc, char** argv) {
     window.Log()->Clear();
     QApplication::processEvents();
     malloc_trim(0);
-    const long withoutLog = ResidentKiB();
+    const long withoutLog = bench::StatusKiB();
 
     // The same again with the log window hidden, for the time the shown window costs.
     window.Log()->hide();

@@ -13,6 +13,7 @@
 // line is the verdict:
 //   log shown: X us/line one per turn, Y us/line 100 per turn; 1M lines: T s, R MB resident
 // Usage: bench_logwindow
+#include "BenchSupport.h"
 #include "Seams.h"
 #include "clsBenchLog.h"
 #include "clsLogView.h"
@@ -66,16 +67,6 @@ template <typename Tick> double PacedCpuMs(int ticks, Tick tick) {
     timer.start();
     loop.exec();
     return CpuMs() - start;
-}
-
-double ResidentMiB(const char* field = "VmRSS:") {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n'))
-        if (line.startsWith(field))
-            return line.mid(qstrlen(field)).trimmed().split(' ').first().toDouble() / 1024.0;
-    return -1;
 }
 
 // A thousand different lines of the kinds a receipt leaves, about a hundred characters each.
@@ -163,7 +154,7 @@ int main(int argc, char** argv) {
     std::printf("lines of %.0f characters on average, %lld lines in sight\n", chars / double(pool.size()),
                 static_cast<long long>(view.VisibleLineCount()));
 
-    const double idleMiB = ResidentMiB();
+    const double idleMiB = bench::ResidentMiB();
     QElapsedTimer clock;
     clock.start();
     long paints = counter.paints;
@@ -194,7 +185,7 @@ int main(int argc, char** argv) {
     for (int part = 0; part < 10; ++part)
         perHundredThousand.push_back(feeder.Feed(100000, 1) * 100000 / 1e6);
     const double millionSeconds = double(clock.nsecsElapsed()) / 1e9;
-    const double residentMiB = ResidentMiB();
+    const double residentMiB = bench::ResidentMiB();
     std::printf("1M lines one per turn: %.2f s, %ld paints; each 100,000 in s:", millionSeconds,
                 counter.paints - paints);
     for (const double s : perHundredThousand)
@@ -203,7 +194,7 @@ int main(int argc, char** argv) {
                 perHundredThousand.back() / perHundredThousand.front());
     std::printf(
         "resident: %.0f MB with the window up and an empty log, %.0f MB after 1M lines (peak %.0f MB)\n",
-        idleMiB, residentMiB, ResidentMiB("VmHWM:"));
+        idleMiB, residentMiB, bench::ResidentMiB("VmHWM:"));
     std::printf("log shown: %.2f us/line one per turn, %.2f us/line 100 per turn; 1M lines: %.2f s, %.0f MB "
                 "resident\n",
                 onePerTurn, hundredPerTurn, millionSeconds, residentMiB);

@@ -7,6 +7,7 @@
 //   replay: L lines/s, timer floor: F ticks/s, ratio: R
 // with L the replay with the log window shown and F its floor.
 // Usage: bench_macro_replay [receipts]   (five lines a receipt; default 2000, a 10,000-line macro)
+#include "BenchSupport.h"
 #include "MDITestFPOPOS.h"
 #include "Seams.h"
 #include "SimulatedFiscalPrinter.h"
@@ -52,18 +53,6 @@ double TimerFloor() {
     timer.start();
     loop.exec();
     return FloorTicks / (double(clock.nsecsElapsed()) / 1e9);
-}
-
-QByteArray ReceiptMacro(int receipts) {
-    QByteArray text;
-    for (int i = 0; i < receipts; ++i) {
-        text += "F_BeginFiscalReceipt$0\r\n";
-        text += "F_PrintRecItem$Articolo test 1$1.00$0$1$0.00$Kg\r\n";
-        text += "F_PrintRecItem$Articolo test 2$2.50$0$2$0.00$Kg\r\n";
-        text += "F_PrintRecTotal$3.50$5.00$0\r\n";
-        text += "F_EndFiscalReceipt$0\r\n";
-    }
-    return text;
 }
 
 struct Replay {
@@ -133,7 +122,7 @@ int main(int argc, char** argv) {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("receipts.oposcmd"));
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(ReceiptMacro(receipts)) < 0)
+    if (!file.open(QIODevice::WriteOnly) || file.write(bench::ReceiptMacro(receipts)) < 0)
         return 1;
     file.close();
     FilePickerHandlers pickers;

@@ -5,6 +5,7 @@
 //   - the time of one full repaint of the receipt view at the end,
 //   - resident memory at 1,000 and 10,000 receipts with the window, and the elements it keeps.
 // Usage: bench_printer_window [receipts]   (default 10000)
+#include "BenchSupport.h"
 #include "OposAll.h"
 #include "PaperView.h"
 #include "SimulatedFiscalPrinter.h"
@@ -20,16 +21,6 @@
 #include <memory>
 
 namespace {
-
-long ResidentKiB() {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : status.readAll().split('\n'))
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    return -1;
-}
 
 bool Ready(SimulatedFiscalPrinter& p) {
     QString name = QStringLiteral("ZorvaneFPU");
@@ -76,11 +67,11 @@ bool Print(SimulatedFiscalPrinter& p, int receipts, bool window, Run& run) {
         if (window)
             QCoreApplication::processEvents();
         if (n == 1000)
-            run.rssAt1000 = ResidentKiB();
+            run.rssAt1000 = bench::StatusKiB();
     }
     run.seconds = clock.nsecsElapsed() / 1e9;
     run.cpuSeconds = double(std::clock() - cpu) / CLOCKS_PER_SEC;
-    run.rssAtEnd = ResidentKiB();
+    run.rssAtEnd = bench::StatusKiB();
     run.lines = p.ReceiptRoll().Count() + p.JournalRoll().Count();
     return true;
 }
@@ -120,7 +111,7 @@ int main(int argc, char* argv[]) {
     QStandardPaths::setTestModeEnabled(true);
     const int receipts = argc > 1 ? std::max(1000, atoi(argv[1])) : 10000;
     std::printf("receipts: %d, lines per receipt: 11 on each roll\n", receipts);
-    std::printf("resident memory at start: %ld KiB\n", ResidentKiB());
+    std::printf("resident memory at start: %ld KiB\n", bench::StatusKiB());
 
     Run bare, shown;
     {
@@ -140,7 +131,7 @@ int main(int argc, char* argv[]) {
     window.resize(1280, 860);
     window.show();
     QCoreApplication::processEvents();
-    const long before = ResidentKiB();
+    const long before = bench::StatusKiB();
     if (!Print(printer, receipts, true, shown))
         return 1;
     // The event loop runs the views' frames too, so the window run takes at least the frames' time.

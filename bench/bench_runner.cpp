@@ -6,6 +6,8 @@
 // last line is the verdict:
 //   fpubench-run: X lines/s beyond the process start (...)
 // Usage: bench_runner [runs] [PATH_TO_FPUBENCH_RUN]   (default 15 runs of each)
+#include "BenchSupport.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
@@ -21,18 +23,6 @@
 namespace {
 
 constexpr int Receipts = 2000; // five lines a receipt: 10,000 lines
-
-QByteArray ReceiptMacro() {
-    QByteArray text;
-    for (int i = 0; i < Receipts; ++i) {
-        text += "F_BeginFiscalReceipt$0\r\n";
-        text += "F_PrintRecItem$Articolo test 1$1.00$0$1$0.00$Kg\r\n";
-        text += "F_PrintRecItem$Articolo test 2$2.50$0$2$0.00$Kg\r\n";
-        text += "F_PrintRecTotal$3.50$5.00$0\r\n";
-        text += "F_EndFiscalReceipt$0\r\n";
-    }
-    return text;
-}
 
 double ChildrenCpuMs() {
     rusage usage{};
@@ -80,7 +70,7 @@ int main(int argc, char** argv) {
     const QString receipts = dir.filePath(QStringLiteral("receipts.oposcmd"));
     const QString empty = dir.filePath(QStringLiteral("empty.oposcmd"));
     QFile full(receipts), none(empty);
-    if (!full.open(QIODevice::WriteOnly) || full.write(ReceiptMacro()) < 0 ||
+    if (!full.open(QIODevice::WriteOnly) || full.write(bench::ReceiptMacro(Receipts)) < 0 ||
         !none.open(QIODevice::WriteOnly))
         return 1;
     full.close();

@@ -12,6 +12,7 @@
 // The last line gives the figures:
 //   soak: N receipts on MODEL in S s, R receipts/s; resident A MB at 1000, B MB at N; ...
 // Usage: bench_soak [receipts] [ZorvaneFPU|Tessorim]   (default 10000 on ZorvaneFPU)
+#include "BenchSupport.h"
 #include "FiscalMemoryFile.h"
 #include "OposAll.h"
 #include "Seams.h"
@@ -41,22 +42,10 @@ namespace {
 
 constexpr Amount Cent = 100; // ten-thousandths
 
-double ResidentMB();
-
 // Heap in use, in MB: what the objects alive hold, whatever the allocator keeps resident.
 double HeapInUseMB() {
     const struct mallinfo2 info = mallinfo2();
     return double(info.uordblks + info.hblkhd) / (1024 * 1024);
-}
-
-double ResidentMB() {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : status.readAll().split('\n'))
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return 0;
 }
 
 // Rounds ten-thousandths to whole cents, halves away from zero: the printer's precision.
@@ -504,7 +493,7 @@ int main(int argc, char** argv) {
 
     Soak soak(model, 20240601);
     soak.Open();
-    const double before = ResidentMB();
+    const double before = bench::ResidentMiB();
     double atThousand = 0;
     qsizetype logAtThousand = 0;
     QElapsedTimer clock;
@@ -518,13 +507,13 @@ int main(int argc, char** argv) {
         if (i % 100 == 0)
             soak.ZReport();
         if (i == 1000) {
-            atThousand = ResidentMB();
+            atThousand = bench::ResidentMiB();
             logAtThousand = soak.Log().LineCount();
         }
     }
     const double seconds = clock.nsecsElapsed() / 1e9;
     soak.Compare();
-    const double atEnd = ResidentMB();
+    const double atEnd = bench::ResidentMiB();
     const Run run = soak.Done();
     const Books books = soak.Kept();
     const qsizetype logLines = soak.Log().LineCount();
